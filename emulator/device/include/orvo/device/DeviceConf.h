@@ -1,0 +1,34 @@
+#pragma once
+// device.conf: the device's facts (system information, tzplatform roots, production mode).
+// Read afresh by every platform call; never cached.
+
+#include <map>
+#include <string>
+
+namespace Orvo {
+namespace Emulator {
+
+struct SystemInfoValue {
+    enum class Type { Int, Bool, Double, String, Error };
+    Type type = Type::Error;
+    long long intValue = 0;   // Int
+    bool boolValue = false;   // Bool
+    double doubleValue = 0;   // Double
+    std::string stringValue;  // String
+    int errorCode = 0;        // Error: every read of the key fails with this result
+};
+
+struct DeviceConf {
+    std::map<int, SystemInfoValue> systemInfo;
+    std::map<int, std::string> tzplatform;
+    bool production = false;
+
+    // Parses <deviceDir>/device.conf. A missing file is an empty configuration. A malformed
+    // line is reported on standard error with its line number, once per process, and skipped.
+    static DeviceConf load(const std::string& deviceDir);
+    // Parses text as if it were device.conf; `origin` names it in reports.
+    static DeviceConf parse(const std::string& text, const std::string& origin);
+};
+
+} // namespace Emulator
+} // namespace Orvo

@@ -1,0 +1,41 @@
+#pragma once
+// The dlog buffers of a device: one append-only file per buffer, <device>/log/<name>.log.
+// A record is one line written with a single write(2), so records of several processes never
+// tear: "<sec>.<nsec>\t<pid>\t<tid>\t<priority>\t<tag>\t<message>\n", with backslash, tab and
+// line feed in tag and message escaped as \\, \t and \n.
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace Orvo {
+namespace Emulator {
+
+struct LogRecord {
+    int64_t seconds = 0;      // CLOCK_REALTIME
+    int32_t nanoseconds = 0;
+    int pid = 0;
+    int tid = 0;
+    int buffer = 0;           // log_id_t
+    int priority = 0;         // log_priority
+    std::string tag;
+    std::string message;
+};
+
+// "main", "radio", "system", "apps"; nullptr for an id out of range.
+const char* logBufferName(int buffer);
+// The id of a buffer name, or -1.
+int logBufferId(const std::string& name);
+
+// Appends one record; returns the number of message bytes written, or -1 on an I/O error.
+int appendLogRecord(const std::string& deviceDir, int buffer, int priority, const char* tag,
+                    const char* message, std::size_t length);
+
+// Every well-formed record of one buffer, in file order. Malformed lines are skipped.
+std::vector<LogRecord> readLogRecords(const std::string& deviceDir, int buffer);
+
+// Parses one record line (without its line feed).
+bool parseLogRecord(const std::string& line, int buffer, LogRecord& out);
+
+} // namespace Emulator
+} // namespace Orvo

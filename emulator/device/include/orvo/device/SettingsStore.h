@@ -1,0 +1,36 @@
+#pragma once
+// The vconf settings of a device: persistent keys ("db/", "file/") under <device>/vconf/,
+// volatile keys ("memory/") under <device>/run/vconf/. Every write is all or nothing (temporary
+// file, fsync, rename) and safe against concurrent writers in several processes.
+// Results are the VCONF_* codes of vconf.h.
+
+#include <string>
+#include <vector>
+
+namespace Orvo {
+namespace Emulator {
+
+enum class SettingType { Int, Bool, Double, String };
+
+struct Setting {
+    SettingType type = SettingType::Int;
+    std::string value;  // decimal int, "0"/"1" for bool, "%.17g" double, raw bytes for string
+};
+
+// The largest value a setting holds, in bytes.
+constexpr std::size_t kMaxSettingValueLength = 4096;
+
+const char* settingTypeName(SettingType type);  // "int", "bool", "double", "string"
+
+int readSetting(const std::string& deviceDir, const std::string& key, Setting& out);
+int writeSetting(const std::string& deviceDir, const std::string& key, const Setting& setting);
+int removeSetting(const std::string& deviceDir, const std::string& key);
+
+// All keys that currently hold a value, sorted.
+std::vector<std::string> listSettings(const std::string& deviceDir);
+
+// Drops every volatile ("memory/") key, as a reboot does.
+void clearVolatileSettings(const std::string& deviceDir);
+
+} // namespace Emulator
+} // namespace Orvo

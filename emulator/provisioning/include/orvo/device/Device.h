@@ -1,0 +1,39 @@
+#pragma once
+// Creating, rebooting and entering an emulated device.
+
+#include <string>
+#include <vector>
+
+namespace Orvo {
+namespace Emulator {
+
+// The emulator's shipped data (profiles with their message catalogues):
+// $ORVO_EMULATOR_DATA_DIR when set, else <directory of the running executable>/../share/orvo-emulator.
+std::string emulatorDataDirectory();
+
+// Names of the profiles under <dataDir>/profiles, sorted.
+std::vector<std::string> listProfiles(const std::string& dataDir);
+
+// Makes deviceDir a new device from a profile: device.conf and rootfs/ copied, empty vconf/,
+// run/vconf/ and log/. Throws std::runtime_error (one-line message) when the profile is unknown
+// or deviceDir already holds a device.
+void createDevice(const std::string& deviceDir, const std::string& dataDir, const std::string& profile);
+
+// Overwrites device.conf and the contents of rootfs/ with the profile's, keeping the rootfs
+// directories themselves (they may be mount points of a running sandbox). Settings and logs stay.
+void resetDeviceToProfile(const std::string& deviceDir, const std::string& dataDir, const std::string& profile);
+
+// Clears the volatile state, as a reboot of the television does.
+void rebootDevice(const std::string& deviceDir);
+
+// The absolute paths that the sandbox maps onto <deviceDir>/rootfs/<path>.
+std::vector<std::string> sandboxPaths(const std::string& deviceDir);
+
+// Enters a private mount namespace (as root, or through an unprivileged user namespace) in which
+// every sandbox path is the device's rootfs directory, and sets ORVO_DEVICE_DIR. The calling
+// process must be single-threaded. Throws std::runtime_error with a one-line reason when the
+// namespace or a mount cannot be had.
+void enterSandbox(const std::string& deviceDir);
+
+} // namespace Emulator
+} // namespace Orvo
