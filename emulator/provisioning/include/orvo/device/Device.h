@@ -23,6 +23,10 @@ void createDevice(const std::string& deviceDir, const std::string& dataDir, cons
 // directories themselves (they may be mount points of a running sandbox). Settings and logs stay.
 void resetDeviceToProfile(const std::string& deviceDir, const std::string& dataDir, const std::string& profile);
 
+// The device a tool works on: $ORVO_DEVICE_DIR when set, otherwise the default device directory,
+// created from the default profile ("tv") on first use.
+std::string toolDeviceDirectory();
+
 // Clears the volatile state, as a reboot of the television does.
 void rebootDevice(const std::string& deviceDir);
 
