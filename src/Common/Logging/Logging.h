@@ -83,6 +83,13 @@ public:
                 static_cast<std::ostream&>(*this) << value;
                 return *this;
             }
+            // Any other pointer, a null `char*` included.
+            template <typename T>
+            SafeOstringStream& operator<<(T* pointer) {
+                if (pointer == nullptr) return *this << nullptr;
+                static_cast<std::ostream&>(*this) << pointer;
+                return *this;
+            }
             SafeOstringStream& operator<<(const char* text);
             SafeOstringStream& operator<<(const void* pointer);
             SafeOstringStream& operator<<(std::nullptr_t);

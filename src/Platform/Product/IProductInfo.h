@@ -8,10 +8,13 @@
 
 #include <cstdint>
 #include <exception>
+#include <map>
 #include <string>
 
 namespace Orvo {
 namespace Platform {
+
+struct ApplicationPaths; // the path table, Implementation/ApplicationPaths.h
 
 class ProductUninitializedException : public virtual std::exception, public virtual boost::exception {
 public:
@@ -67,6 +70,12 @@ public:
     static std::string getKpiDirectory();
     static std::string getLocaleDirectory();
     static std::string getCertificatePath();
+
+private:
+    // Product-wide state, written only by initializeProduct().
+    static bool m_isInitialized;
+    static ApplicationPaths m_paths;
+    static std::map<int32_t, std::string> m_productTypes;
 };
 
 // Unguarded helpers of the product layer.

@@ -33,6 +33,9 @@ int appendLogRecord(const std::string& deviceDir, int buffer, int priority, cons
 
 // Every well-formed record of one buffer, in file order. Malformed lines are skipped.
 std::vector<LogRecord> readLogRecords(const std::string& deviceDir, int buffer);
+// The same from byte offset on, for readers that follow a buffer: offset moves past the last
+// complete line read (back to the start when the file was truncated).
+std::vector<LogRecord> readLogRecords(const std::string& deviceDir, int buffer, std::uint64_t& offset);
 
 // Parses one record line (without its line feed).
 bool parseLogRecord(const std::string& line, int buffer, LogRecord& out);

@@ -23,6 +23,10 @@ void createDevice(const std::string& deviceDir, const std::string& dataDir, cons
 // directories themselves (they may be mount points of a running sandbox). Settings and logs stay.
 void resetDeviceToProfile(const std::string& deviceDir, const std::string& dataDir, const std::string& profile);
 
+// Replaces every setting of the device by the profile's initial settings and empties its logs,
+// so that the device starts afresh as after createDevice.
+void resetDeviceState(const std::string& deviceDir, const std::string& dataDir, const std::string& profile);
+
 // The device a tool works on: $ORVO_DEVICE_DIR when set, otherwise the default device directory,
 // created from the default profile ("tv") on first use.
 std::string toolDeviceDirectory();

@@ -1,0 +1,125 @@
+// What one visit of the software-update branch costs: the host asks for six titles and six
+// descriptions. The plug-in's figure is compared with the bare platform calls it cannot avoid
+// (catalogue lookups, system-information and settings reads, the copies handed to the host).
+
+#include "ProviderLibrary.h"
+
+#include "orvo/device/Device.h"
+
+#include <benchmark/benchmark.h>
+#include <libintl.h>
+#include <system_info.h>
+#include <unistd.h>
+#include <vconf.h>
+
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+
+namespace {
+
+struct Item {
+    const char* id;
+    const char* titleId;
+    const char* helpId;
+};
+
+const Item kItems[] = {
+    {"menu/support/softwareupdate", "COM_SOFTWARE_UPDATE", "TV_SID_MENU_VIEW_TV_SW_VERSION_UPDATE"},
+    {"menu/support/softwareupdate/updatenow", "COM_TV_SID_UPDATE_NOW", "COM_UPDATE_SOFTWARE_DOWNLOADI_FILES_KR_16"},
+    {"menu/support/softwareupdate/searchmodels", "TV_SID_UPDATE_UPDATE_CHANNELS", "COM_TV_MODELS_SEARCH_HELP"},
+    {"db/menu/support/softwareupdate/autoupdate", "COM_AUTO_UPDATE", "TV_SID_AUTO_START_SW_UPDATE_TV_POWERED_OFF"},
+    {"db/menu/support/softwareupdate/use_cellular_int", "COM_TV_SID_MENU_UPDATE_WITH_CELLULAR_NETWROK",
+     "COM_TV_SID_MENU_USE_CELLULAR_NETWORK_UPDATE"},
+    {"menu/support/softwareupdate/osupgrade", "COM_SID_OSUPGRADE", "COM_SID_OSUPGRADE"},
+};
+
+constexpr const char* kTextDomain = "Tizen_Orvo";
+
+void renderThroughPlugin(benchmark::State& state) {
+    Orvo::Testing::ProviderLibrary library;
+    Orvo::Testing::Provider provider(library);
+    const MenuItemDataProvider& record = provider.record();
+    for (auto _ : state) {
+        for (const Item& item : kItems) {
+            char* title = nullptr;
+            char* description = nullptr;
+            record.getTitle(item.id, &title);
+            record.getDescription(item.id, &description);
+            benchmark::DoNotOptimize(title);
+            benchmark::DoNotOptimize(description);
+            record.freeString(title);
+            record.freeString(description);
+        }
+    }
+}
+BENCHMARK(renderThroughPlugin);
+
+void renderBarePlatformCalls(benchmark::State& state) {
+    Orvo::Testing::ProviderLibrary library;
+    Orvo::Testing::Provider provider(library); // binds the text domain as the host's visit does
+    for (auto _ : state) {
+        for (const Item& item : kItems) {
+            char* title = strdup(dgettext(kTextDomain, item.titleId));
+            char* version = nullptr;
+            system_info_get_value_string(static_cast<system_info_key_e>(128), &version);
+            char* newest = vconf_get_str("memory/menu/support/softwareupdate/newest_version");
+            benchmark::DoNotOptimize(dgettext(kTextDomain, "COM_MIX_CURRENT_VER"));
+            benchmark::DoNotOptimize(dgettext(kTextDomain, "COM_MIX_NEW_VER"));
+            char* description = strdup(dgettext(kTextDomain, item.helpId));
+            benchmark::DoNotOptimize(title);
+            benchmark::DoNotOptimize(description);
+            std::free(version);
+            std::free(newest);
+            std::free(title);
+            std::free(description);
+        }
+    }
+}
+BENCHMARK(renderBarePlatformCalls);
+
+// Puts the process on a fresh "tv" device, inside the sandbox when it can be entered, so that
+// the catalogue lookups really read the device's German catalogue. Returns what the run used.
+std::string enterDevice(const std::string& deviceDir) {
+    namespace Emulator = Orvo::Emulator;
+    Emulator::createDevice(deviceDir, Emulator::emulatorDataDirectory(), "tv");
+    setenv("ORVO_DEVICE_DIR", deviceDir.c_str(), 1);
+    std::setlocale(LC_ALL, "C.UTF-8");
+    setenv("LANGUAGE", "de", 1);
+    std::setlocale(LC_ALL, "C.UTF-8");
+    try {
+        Emulator::enterSandbox(deviceDir);
+        return "tv device in the sandbox, catalogue de";
+    } catch (const std::runtime_error& error) {
+        return std::string("tv device WITHOUT sandbox (") + error.what() + "): catalogue not read, ids only";
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    char pattern[] = "/tmp/bench_menu.XXXXXX";
+    if (mkdtemp(pattern) == nullptr) {
+        std::perror("mkdtemp");
+        return 1;
+    }
+    const std::string deviceDir = std::string(pattern) + "/device";
+    int status = 0;
+    try {
+        const std::string setting = enterDevice(deviceDir);
+        benchmark::Initialize(&argc, argv);
+        benchmark::AddCustomContext("device", setting);
+        benchmark::RunSpecifiedBenchmarks();
+        benchmark::Shutdown();
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "bench_menu: %s\n", error.what());
+        status = 1;
+    }
+    std::error_code ignored;
+    std::filesystem::remove_all(pattern, ignored);
+    return status;
+}

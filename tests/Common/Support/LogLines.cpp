@@ -1,0 +1,59 @@
+#include "LogLines.h"
+
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+namespace Orvo {
+namespace Testing {
+namespace {
+
+// Reads "[<field>]" at position; false when the text has no such field there.
+bool readBracketed(const std::string& message, std::size_t& position, std::string& field) {
+    if (position >= message.size() || message[position] != '[') return false;
+    const std::size_t close = message.find(']', position + 1);
+    if (close == std::string::npos) return false;
+    field = message.substr(position + 1, close - position - 1);
+    position = close + 1;
+    return true;
+}
+
+} // namespace
+
+LogLine parseLogLine(const std::string& message) {
+    LogLine line;
+    std::size_t position = 0;
+    std::string sequence;
+    if (!readBracketed(message, position, line.module) || !readBracketed(message, position, line.thread) ||
+        !readBracketed(message, position, sequence) || !readBracketed(message, position, line.level) ||
+        position >= message.size() || message[position] != ' ' || sequence.empty() ||
+        sequence.find_first_not_of("0123456789") != std::string::npos) {
+        return line;
+    }
+    line.sequence = static_cast<uint32_t>(std::strtoul(sequence.c_str(), nullptr, 10));
+    line.text = message.substr(position + 1);
+    line.wellFormed = true;
+    return line;
+}
+
+std::vector<LogLine> logLines(const TestDevice& device, int buffer) {
+    std::vector<LogLine> lines;
+    for (const Orvo::Emulator::LogRecord& record : device.logRecords(buffer)) {
+        LogLine line = parseLogLine(record.message);
+        line.priority = record.priority;
+        line.tag = record.tag;
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+std::string currentThreadText() {
+    char name[17] = {};
+    prctl(PR_GET_NAME, name, 0, 0, 0);
+    return std::to_string(syscall(SYS_gettid)) + " " + name;
+}
+
+} // namespace Testing
+} // namespace Orvo

@@ -1,0 +1,65 @@
+#pragma once
+// The software-update branch as the settings menu knows it: its items, what kind each is, and a
+// snapshot of everything the plug-in says about them.
+
+#include "Provider.h"
+
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace Orvo {
+namespace Emulator {
+namespace MenuHost {
+
+constexpr const char* kBranchId = "menu/support/softwareupdate";
+
+enum class ItemKind {
+    Branch,  // the branch itself: title and description
+    Action,  // a plain entry
+    Value,   // shows a value text (getValueString)
+    Toggle,  // on/off bound to the integer setting named by its identifier
+};
+
+struct MenuItem {
+    const char* id;
+    ItemKind kind;
+};
+
+// The branch followed by its items, in menu order.
+const std::vector<MenuItem>& menuItems();
+// The kind of a known identifier; Action for one the menu does not know.
+ItemKind itemKind(const std::string& id);
+const char* itemKindName(ItemKind kind);
+
+// The provider properties the host asks for.
+const std::vector<std::string>& providerPropertyKeys();
+
+struct ItemView {
+    std::string id;
+    ItemKind kind = ItemKind::Action;
+    StringCall title;
+    StringCall description;
+    StringCall value;       // Value items
+    StringCall stateId;     // Toggle items: the state's message id
+    std::string stateText;  // ... and its translation (empty when unknown)
+    IntCall setting;        // Toggle items
+};
+
+struct BranchView {
+    std::string language;
+    ItemView branch;
+    std::vector<ItemView> items;
+    std::vector<std::pair<std::string, StringCall>> properties;
+};
+
+ItemView readItem(const Provider& provider, const std::string& id);
+// Reads the branch first, so that an armed Info key shows on the branch's own description.
+BranchView readBranch(const Provider& provider);
+
+// Rich text as plain text: every "<br>" becomes a line break.
+std::string richTextToPlain(const std::string& text);
+
+} // namespace MenuHost
+} // namespace Emulator
+} // namespace Orvo

@@ -1,0 +1,29 @@
+#pragma once
+// The settings menu on a terminal: the branch's items with a cursor, the selected item's help
+// below, keys as on the television's remote.
+
+#include "Branch.h"
+#include "Terminal.h"
+
+#include <cstddef>
+#include <string>
+
+namespace Orvo {
+namespace Emulator {
+namespace MenuHost {
+
+struct MenuScreen {
+    BranchView view;
+    std::size_t selected = 0;  // index into view.items
+    std::string status;
+};
+
+// The whole screen as terminal output (cursor home, lines, clear to end).
+std::string renderScreen(const MenuScreen& screen, std::size_t columns, std::size_t rows);
+
+// Runs until q, Escape, Ctrl-C or a stop signal; returns the exit status (0, or 128 + signal).
+int runInteractiveMenu(const Provider& provider, Terminal& terminal);
+
+} // namespace MenuHost
+} // namespace Emulator
+} // namespace Orvo

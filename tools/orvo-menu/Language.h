@@ -1,0 +1,32 @@
+#pragma once
+// The host's language: gettext follows LANGUAGE only outside the "C" locale, so the host runs in
+// C.UTF-8 and switches by setting LANGUAGE and calling setlocale again (which also drops
+// gettext's cache of looked-up messages).
+
+#include <string>
+#include <vector>
+
+namespace Orvo {
+namespace Emulator {
+namespace MenuHost {
+
+// The plug-in's text domain, in which the host also translates state message ids.
+constexpr const char* kTextDomain = "Tizen_Orvo";
+
+// Selects a language; an empty name keeps LANGUAGE from the environment, or "en" without one.
+void selectLanguage(const std::string& language);
+std::string currentLanguage();
+
+// The languages with a catalogue of the text domain where the domain is bound (known after the
+// plug-in has bound it), sorted; en, de, fr when none can be found.
+std::vector<std::string> catalogueLanguages();
+
+// The language after `current` in `languages`, wrapping around.
+std::string nextLanguage(const std::vector<std::string>& languages, const std::string& current);
+
+// dgettext in the text domain.
+std::string translate(const std::string& messageId);
+
+} // namespace MenuHost
+} // namespace Emulator
+} // namespace Orvo

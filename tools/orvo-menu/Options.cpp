@@ -1,0 +1,123 @@
+#include "Options.h"
+
+#include <cstdlib>
+
+namespace Orvo {
+namespace Emulator {
+namespace MenuHost {
+
+const char* const kUsage = R"(Usage: orvo-menu [OPTIONS] [COMMAND [ARGUMENTS]]
+
+Loads the software-update menu plug-in and runs it as the television's settings menu does.
+
+Commands:
+  (none)                the interactive menu when standard input and output are a terminal,
+                        otherwise the same as `show`
+  menu                  the interactive menu
+  show [ID]             prints the branch with its items, or one item
+  script [ACTION]...    runs host actions in order in this process, one per argument; with no
+                        argument (or --file -) one action per line from standard input
+  check                 exercises every callback as careful and careless hosts do and reports
+                        each result against the host contract; exit status 1 on a violation
+
+Options:
+  --plugin PATH         the plug-in to load (default: <bin>/../lib/libOrvoMenuItemDataProvider.so)
+  --language LANG       the menu language, as LANGUAGE (default: $LANGUAGE, or en)
+  --json                show: one JSON document instead of text
+  --file FILE           script: the actions, one per line (- for standard input)
+  --width N             show, script: text width (default: the terminal's, or 80)
+  -h, --help            this text
+
+Script actions (blank lines and lines starting with # are ignored):
+  set ID VALUE          setIntValue(ID, VALUE)
+  get ID                prints getIntValue(ID)
+  key NAME              onKeyEvent(NAME), for example: key XF86Info
+  title ID              prints getTitle(ID)
+  description ID        prints getDescription(ID), with <br> as a line break
+  value ID              prints a toggle's translated state or a value item's text
+  show [ID]             prints the branch, or one item, as `show` does
+  language LANG         switches the language
+
+Keys of the interactive menu:
+  Up/Down, k/j          move between items
+  Enter, Space          toggle the selected on/off item (written at once)
+  i                     Info key: the branch's next description is the detailed version
+  l                     next language of the catalogue
+  r                     read everything again
+  q, Escape, Ctrl-C     quit
+
+Example:
+  orvo-menu script "set db/menu/support/softwareupdate/autoupdate 0" "key XF86Info" \
+                   "show menu/support/softwareupdate" "show"
+
+Exit status: 0 on success, 1 when the plug-in is unusable or an action or check failed,
+2 on a usage error.
+)";
+
+namespace {
+
+const std::string& valueOf(const std::vector<std::string>& arguments, std::size_t& i) {
+    if (i + 1 >= arguments.size()) throw UsageError(arguments[i] + " needs a value");
+    return arguments[++i];
+}
+
+std::size_t parseWidth(const std::string& text) {
+    char* end = nullptr;
+    const unsigned long width = std::strtoul(text.c_str(), &end, 10);
+    if (text.empty() || *end != '\0' || width < 40 || width > 1000) {
+        throw UsageError("--width takes a number from 40 to 1000");
+    }
+    return width;
+}
+
+} // namespace
+
+Options parseOptions(const std::vector<std::string>& arguments) {
+    Options options;
+    bool positionalOnly = false;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const std::string& argument = arguments[i];
+        const bool isOption = !positionalOnly && argument.size() > 1 && argument[0] == '-';
+        if (!isOption) {
+            if (options.command.empty()) options.command = argument;
+            else options.arguments.push_back(argument);
+        } else if (argument == "--") {
+            positionalOnly = true;
+        } else if (argument == "-h" || argument == "--help") {
+            options.help = true;
+        } else if (argument == "--json") {
+            options.json = true;
+        } else if (argument == "--plugin") {
+            options.plugin = valueOf(arguments, i);
+        } else if (argument == "--language") {
+            options.language = valueOf(arguments, i);
+            if (options.language.empty()) throw UsageError("--language needs a language, for example en");
+        } else if (argument == "--file") {
+            options.scriptFile = valueOf(arguments, i);
+        } else if (argument == "--width") {
+            options.width = parseWidth(valueOf(arguments, i));
+        } else {
+            throw UsageError("unknown option " + argument);
+        }
+    }
+    const std::string& command = options.command;
+    if (!command.empty() && command != "menu" && command != "show" && command != "script" && command != "check") {
+        throw UsageError("unknown command '" + command + "'");
+    }
+    if (command != "script" && command != "show" && !options.arguments.empty()) {
+        throw UsageError("'" + command + "' takes no arguments");
+    }
+    if (command == "show" && options.arguments.size() > 1) throw UsageError("show takes at most one item");
+    if (command == "show" && options.json && !options.arguments.empty()) {
+        throw UsageError("--json shows the whole branch; leave out the item");
+    }
+    if (options.json && command != "show" && !command.empty()) throw UsageError("--json belongs to show");
+    if (!options.scriptFile.empty() && (command != "script" || !options.arguments.empty())) {
+        throw UsageError("--file belongs to script, without actions on the command line");
+    }
+    return options;
+}
+
+} // namespace MenuHost
+} // namespace Emulator
+} // namespace Orvo

@@ -1,0 +1,36 @@
+#pragma once
+// The command line of orvo-menu.
+
+#include <cstddef>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace Orvo {
+namespace Emulator {
+namespace MenuHost {
+
+class UsageError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+struct Options {
+    std::string command;  // "", "menu", "show", "script", "check"
+    std::vector<std::string> arguments;
+    std::string plugin;    // empty: the default path
+    std::string language;  // empty: LANGUAGE, or en
+    std::string scriptFile;
+    std::size_t width = 0;  // 0: the terminal's width, or 80
+    bool json = false;
+    bool help = false;
+};
+
+// Throws UsageError with a one-line reason.
+Options parseOptions(const std::vector<std::string>& arguments);
+
+extern const char* const kUsage;
+
+} // namespace MenuHost
+} // namespace Emulator
+} // namespace Orvo
