@@ -52,8 +52,8 @@ void emptyDirectory(const fs::path& dir, std::error_code& error)
     }
 }
 
-// Removes what the profile does not have from the device's rootfs, keeping the directories that
-// are (or lead to) a sandbox mount, so that a running sandbox keeps seeing the device.
+// Empties the device's rootfs before the profile's files are copied in again, keeping the
+// directories that are (or lead to) a sandbox mount: a running sandbox keeps seeing the device.
 void clearRootfs(const fs::path& dir, const fs::path& devicePath, const std::set<fs::path>& keep)
 {
     std::error_code error;

@@ -58,13 +58,13 @@ typedef int (*MenuItemDataProviderGetDescription)(const char* itemId, char** out
 
 /* Slot 38. Writes the message id of a toggle's current state ("SID_ON", "SID_OFF") into the
  * host's buffer *out, which must hold at least 255 bytes; the host translates it. Returns 1 when
- * written; -1 for other items, an unreadable setting or a value other than 0 and 1, in which
- * case the buffer is untouched. */
+ * written; -1 for other items, an unreadable setting, a value other than 0 and 1 or a null
+ * buffer, in which case the buffer is untouched. */
 typedef int (*MenuItemDataProviderGetValueText)(const char* itemId, char** out);
 
 /* Slot 44. Ownership properties ("provider/owner", "provider/main-component",
  * "provider/sub-component"). A known key stores a string the host owns in *out; an unknown key
- * leaves *out untouched. Always returns 0. */
+ * leaves *out untouched (as does a null out). Always returns 0. */
 typedef int (*MenuItemDataProviderGetProviderProperty)(const char* key, char** out);
 
 /* Slot 45. Key notification. "XF86Info" makes the next description of the branch show the

@@ -110,9 +110,13 @@ void DebugAndTestParameters::read(std::istream& in) {
     readXmlArchive(in, kArchiveObjectName, *this);
 }
 
+void DebugAndTestParameters::write(std::ostream& out) const {
+    writeXmlArchive(out, kArchiveObjectName, *this);
+}
+
 void DebugAndTestParameters::save(const std::string& path) const {
     try {
-        writeXmlArchive(path, kArchiveObjectName, *this);
+        writeFile(path, [this](std::ostream& out) { write(out); });
     } catch (...) {
         ORVO_LOG(WRN, "Failed to save DebugAndTestParameters to %s: %s", path.c_str(), currentExceptionText().c_str());
     }
@@ -151,7 +155,7 @@ void DebugAndTestParameters::serialize(Archive& archive, unsigned int /*version*
     archive& make_nvp("customIntParams", m_customIntParams);
 }
 
-template void DebugAndTestParameters::serialize(boost::archive::xml_iarchive&, unsigned int);
+template void DebugAndTestParameters::serialize(CheckedXmlIArchive&, unsigned int);
 template void DebugAndTestParameters::serialize(boost::archive::xml_oarchive&, unsigned int);
 
 bool DebugAndTestParameters::operator==(const DebugAndTestParameters& other) const {

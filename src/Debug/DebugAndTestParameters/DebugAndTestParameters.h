@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <istream>
+#include <ostream>
 #include <map>
 #include <string>
 
@@ -25,9 +26,10 @@ public:
     bool reload();
     // Writes the instance to `path`; failures are logged, not thrown.
     void save(const std::string& path) const;
-    // Reads an archive from `in` into this object without logging; throws on malformed input,
-    // keeping the fields read before the failure. The file readers and the fuzzer use it.
+    // The archive itself, without logging: read throws on malformed input, keeping the fields
+    // read before the failure. The file operations and the fuzzer use them.
     void read(std::istream& in);
+    void write(std::ostream& out) const;
     // The file that load and reload read: "DebugAndTestParameters.xml" in the system read-write
     // data directory. Needs initialised product information.
     static std::string filePath();

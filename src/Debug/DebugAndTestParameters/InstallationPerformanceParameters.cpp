@@ -46,11 +46,15 @@ void InstallationPerformanceParameters::serialize(Archive& archive, unsigned int
     archive& make_nvp("verificationScale", m_verificationScale);
 }
 
-template void InstallationPerformanceParameters::serialize(boost::archive::xml_iarchive&, unsigned int);
+template void InstallationPerformanceParameters::serialize(CheckedXmlIArchive&, unsigned int);
 template void InstallationPerformanceParameters::serialize(boost::archive::xml_oarchive&, unsigned int);
 
 void InstallationPerformanceParameters::read(InstallationPerformanceParameters& target, std::istream& in) {
     readXmlArchive(in, kArchiveObjectName, target);
+}
+
+void InstallationPerformanceParameters::write(const InstallationPerformanceParameters& source, std::ostream& out) {
+    writeXmlArchive(out, kArchiveObjectName, source);
 }
 
 bool InstallationPerformanceParameters::load(InstallationPerformanceParameters& target, const std::string& path) {
@@ -69,7 +73,7 @@ bool InstallationPerformanceParameters::load(InstallationPerformanceParameters& 
 
 bool InstallationPerformanceParameters::save(const InstallationPerformanceParameters& source, const std::string& path) {
     try {
-        writeXmlArchive(path, kArchiveObjectName, source);
+        writeFile(path, [&source](std::ostream& out) { write(source, out); });
         return true;
     } catch (...) {
         ORVO_LOG(WRN, "Failed to save InstallationPerformanceParameters to %s", path.c_str());

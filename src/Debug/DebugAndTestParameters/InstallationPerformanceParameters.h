@@ -10,6 +10,7 @@
 
 #include <cstdint>
 #include <istream>
+#include <ostream>
 #include <string>
 
 namespace Orvo {
@@ -27,9 +28,10 @@ public:
     static bool load(InstallationPerformanceParameters& target, const std::string& path);
     static bool save(const InstallationPerformanceParameters& source, const std::string& path);
 
-    // Reads an archive from `in` into target without logging; throws on malformed input,
-    // keeping the fields read before the failure.
+    // The archive itself, without logging: read throws on malformed input, keeping the fields
+    // read before the failure. The file operations and the fuzzer use them.
     static void read(InstallationPerformanceParameters& target, std::istream& in);
+    static void write(const InstallationPerformanceParameters& source, std::ostream& out);
 
     bool operator==(const InstallationPerformanceParameters& other) const;
     bool operator!=(const InstallationPerformanceParameters& other) const { return !(*this == other); }

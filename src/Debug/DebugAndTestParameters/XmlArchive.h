@@ -5,12 +5,30 @@
 #include <boost/archive/xml_oarchive.hpp>
 #include <boost/serialization/nvp.hpp>
 
-#include <fstream>
+#include <functional>
 #include <istream>
+#include <ostream>
 #include <string>
 
 namespace Orvo {
 namespace OrvoCommon {
+
+// Boost's XML input archive with a safe check of closing tags. The stock archive compares a
+// closing tag with the expected element name by reading as many characters of the name as the
+// tag has, past the end of a shorter name; this one compares them as strings. It reads exactly
+// the files that the stock archive reads, and rejects the same mismatches.
+class CheckedXmlIArchive : public boost::archive::xml_iarchive_impl<CheckedXmlIArchive> {
+public:
+    explicit CheckedXmlIArchive(std::istream& in);
+
+protected:
+    friend class boost::archive::detail::interface_iarchive<CheckedXmlIArchive>;
+    friend class boost::archive::basic_xml_iarchive<CheckedXmlIArchive>;
+    friend class boost::archive::load_access;
+
+    // Reached through basic_xml_iarchive's load_override, in place of the stock comparison.
+    void load_end(const char* name);
+};
 
 // Consumes the rest of an archive after its object and throws
 // boost::archive::xml_archive_exception unless the archive's closing tag is there. It then puts
@@ -18,32 +36,25 @@ namespace OrvoCommon {
 // from a destructor, which ends the process, when the input stops before a closing tag.
 void finishXmlArchive(std::istream& in);
 
-// Opens `path` for writing, truncating it; throws std::runtime_error with the reason on failure.
-void openForWriting(std::ofstream& out, const std::string& path);
-
-// Flushes and closes `out`; throws std::runtime_error when the data did not reach the file.
-void closeWritten(std::ofstream& out);
-
 // Reads the object `name` into `object`; throws on malformed input. Fields read before a failure
 // keep their new values.
 template <class T>
 void readXmlArchive(std::istream& in, const char* name, T& object) {
-    boost::archive::xml_iarchive archive(in);
+    CheckedXmlIArchive archive(in);
     archive >> boost::serialization::make_nvp(name, object);
     finishXmlArchive(in);
 }
 
-// Writes `object` as the archive's object `name` to the file at `path`; throws on failure.
+// Writes `object` as the archive's object `name`, closing tag included.
 template <class T>
-void writeXmlArchive(const std::string& path, const char* name, const T& object) {
-    std::ofstream out;
-    openForWriting(out, path);
-    {
-        boost::archive::xml_oarchive archive(out);
-        archive << boost::serialization::make_nvp(name, object);
-    } // the archive writes its closing tag when it goes
-    closeWritten(out);
+void writeXmlArchive(std::ostream& out, const char* name, const T& object) {
+    boost::archive::xml_oarchive archive(out);
+    archive << boost::serialization::make_nvp(name, object);
 }
+
+// Opens `path` for writing (truncating it), lets `write` fill it and closes it; throws
+// std::runtime_error with the reason when the file cannot be opened or written.
+void writeFile(const std::string& path, const std::function<void(std::ostream&)>& write);
 
 } // namespace OrvoCommon
 } // namespace Orvo

@@ -25,10 +25,6 @@ namespace {
 std::atomic<bool> g_counting{false};
 std::atomic<long> g_allocations{0};
 
-void countAllocation() {
-    if (g_counting.load(std::memory_order_relaxed)) g_allocations.fetch_add(1, std::memory_order_relaxed);
-}
-
 // Runs call with allocations counted.
 template <typename Call>
 long allocationsOf(Call call) {
@@ -42,6 +38,14 @@ long allocationsOf(Call call) {
 } // namespace
 
 #ifndef ORVO_TEST_SANITIZED_ALLOCATOR
+namespace {
+
+void countAllocation() {
+    if (g_counting.load(std::memory_order_relaxed)) g_allocations.fetch_add(1, std::memory_order_relaxed);
+}
+
+} // namespace
+
 extern "C" {
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);

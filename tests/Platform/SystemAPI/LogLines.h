@@ -1,8 +1,11 @@
 #pragma once
-// The application's log lines as the tests see them, without the dlog line layout:
-// "[module][tid name][7][WRN] File.cpp:42>text" is {WRN, File.cpp, text}.
+// The texts that the application logged at one level, without the dlog line layout:
+// "[module][tid name][7][WRN] File.cpp:42>text" gives "text". Continuation lines of a text that
+// the log cut are left out.
 
 #include "orvo/testing/TestDevice.h"
+
+#include <dlog.h>
 
 #include <regex>
 #include <string>
@@ -11,32 +14,14 @@
 namespace Orvo {
 namespace Testing {
 
-struct LogLine {
-    std::string level;
-    std::string file;
-    std::string text;
-};
-
-// The lines of the main buffer that begin a log statement (continuation lines of a text that
-// the log cut are left out), in order.
-inline std::vector<LogLine> logLines(const TestDevice& device) {
-    static const std::regex layout(R"(^\[[^\]]*\]\[[^\]]*\]\[[0-9]+\]\[([A-Z]+)\] ([^:>\s]+):[0-9]+>([\s\S]*)$)");
-    std::vector<LogLine> lines;
-    for (const std::string& message : device.logMessages()) {
+// level is "DBG", "INF", "WRN" or "ERR"; errors are in the system buffer, the rest in main.
+inline std::vector<std::string> loggedTexts(const TestDevice& device, const std::string& level) {
+    const std::regex layout(R"(^\[[^\]]*\]\[[^\]]*\]\[[0-9]+\]\[)" + level + R"(\] [^:>\s]+:[0-9]+>([\s\S]*)$)");
+    std::vector<std::string> texts;
+    for (const std::string& message : device.logMessages(level == "ERR" ? LOG_ID_SYSTEM : LOG_ID_MAIN)) {
         std::smatch match;
         if (std::regex_match(message, match, layout)) {
-            lines.push_back({match[1], match[2], match[3]});
-        }
-    }
-    return lines;
-}
-
-// The texts logged at one level ("DBG", "INF", "WRN", "ERR"), in order.
-inline std::vector<std::string> loggedTexts(const TestDevice& device, const std::string& level) {
-    std::vector<std::string> texts;
-    for (const LogLine& line : logLines(device)) {
-        if (line.level == level) {
-            texts.push_back(line.text);
+            texts.push_back(match[1]);
         }
     }
     return texts;

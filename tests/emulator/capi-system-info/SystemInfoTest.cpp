@@ -73,20 +73,6 @@ TEST_F(SystemInfoTest, AnErrorEntryFailsEveryReadWithItsCode)
     EXPECT_EQ(nullptr, text);
 }
 
-TEST_F(SystemInfoTest, ANullOutputIsAnInvalidParameter)
-{
-    EXPECT_EQ(SYSTEM_INFO_ERROR_INVALID_PARAMETER, system_info_get_value_int(kIntKey, nullptr));
-    EXPECT_EQ(SYSTEM_INFO_ERROR_INVALID_PARAMETER, system_info_get_value_string(kStringKey, nullptr));
-}
-
-TEST_F(SystemInfoTest, AnIntBeyondTheIntRangeCannotBeRead)
-{
-    device.setConf("system-info.90001", "int 4294967296");
-    int intValue = 8;
-    EXPECT_EQ(SYSTEM_INFO_ERROR_IO_ERROR, system_info_get_value_int(kIntKey, &intValue));
-    EXPECT_EQ(8, intValue);
-}
-
 TEST_F(SystemInfoTest, ChangesToTheConfigurationAreSeenAtOnce)
 {
     int intValue = 0;

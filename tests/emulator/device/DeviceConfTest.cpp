@@ -41,13 +41,6 @@ TEST(DeviceConfTest, ParsesEveryKindOfEntry)
     EXPECT_TRUE(conf.production);
 }
 
-TEST(DeviceConfTest, LaterEntriesReplaceEarlierOnesAndProductionDefaultsToFalse)
-{
-    const DeviceConf conf = DeviceConf::parse("system-info.1 = int 1\nsystem-info.1 = string one\n", "test");
-    EXPECT_EQ(Type::String, conf.systemInfo.at(1).type);
-    EXPECT_FALSE(conf.production);
-}
-
 TEST(DeviceConfTest, MalformedLinesAreReportedOnceWithTheirLineNumberAndSkipped)
 {
     const std::string text = "system-info.1 = int 1\n"

@@ -42,25 +42,6 @@ TEST(LogStoreTest, ARecordIsOneEscapedLineReadBackWhole)
     EXPECT_GE(records[0].seconds, before.tv_sec);
 }
 
-TEST(LogStoreTest, MessagesMayHoldAnyByteIncludingNul)
-{
-    Testing::TemporaryDirectory device;
-    const std::string message("a\0b\xff", 4);
-    ASSERT_EQ(4, appendLogRecord(device.path(), 0, 4, "t", message.data(), message.size()));
-    const std::vector<LogRecord> records = readLogRecords(device.path(), 0);
-    ASSERT_EQ(1u, records.size());
-    EXPECT_EQ(message, records[0].message);
-}
-
-TEST(LogStoreTest, RejectsBuffersOutOfRangeAndANullTag)
-{
-    Testing::TemporaryDirectory device;
-    EXPECT_EQ(-1, appendLogRecord(device.path(), 4, 4, "t", "m", 1));
-    EXPECT_EQ(-1, appendLogRecord(device.path(), -1, 4, "t", "m", 1));
-    EXPECT_EQ(-1, appendLogRecord(device.path(), 0, 4, nullptr, "m", 1));
-    EXPECT_TRUE(readLogRecords(device.path(), 0).empty());
-}
-
 TEST(LogStoreTest, ParsesOnlyWellFormedLines)
 {
     LogRecord record;

@@ -1,6 +1,5 @@
 // Run inside the device sandbox, each case on a device of its own.
 
-#include "orvo/device/Device.h"
 #include "orvo/device/SettingsStore.h"
 #include "orvo/testing/TestDevice.h"
 
@@ -67,15 +66,6 @@ TEST(Sandbox, TestDeviceResetsTheSandboxDeviceToAnotherProfile)
     Setting setting;
     ASSERT_EQ(readSetting(monitor.dir(), "db/menu/support/softwareupdate/autoupdate", setting), 0);
     EXPECT_EQ(setting.value, "0") << "the monitor profile's own initial value";
-}
-
-TEST(Sandbox, RebootInsideTheSandboxKeepsTheMounts)
-{
-    TestDevice device;
-    rebootDevice(device.dir());
-    Setting setting;
-    EXPECT_NE(readSetting(device.dir(), "memory/menu/support/softwareupdate/newest_version", setting), 0);
-    EXPECT_TRUE(fs::exists("/common/version.txt"));
 }
 
 } // namespace

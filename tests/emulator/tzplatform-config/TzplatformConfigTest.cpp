@@ -40,12 +40,4 @@ TEST(TzplatformConfigTest, ReturnedStringsStayValidAfterTheConfigurationChanges)
     EXPECT_STREQ("/second/root/that/is/longer/than/any/small/string/buffer", second);
 }
 
-TEST(TzplatformConfigTest, TheSameDirectoryIsTheSameString)
-{
-    Orvo::Testing::TestDevice device;
-    device.setConf("tzplatform.90001", "/same");
-    device.setConf("tzplatform.90003", "/same");
-    EXPECT_EQ(tzplatform_getenv(variable(90001)), tzplatform_getenv(variable(90003)));
-}
-
 } // namespace

@@ -125,16 +125,6 @@ TEST_F(VconfTest, ValuesAreLimitedTo4096Bytes)
     EXPECT_EQ(longest, text.get());
 }
 
-TEST_F(VconfTest, UnsetRemovesTheKey)
-{
-    ASSERT_EQ(0, vconf_set_int("db/t/gone", 1));
-    EXPECT_EQ(0, vconf_unset("db/t/gone"));
-    int value = 0;
-    EXPECT_EQ(-1, vconf_get_int("db/t/gone", &value));
-    EXPECT_EQ(-1, vconf_unset("db/t/gone"));
-    EXPECT_EQ(VCONF_ERROR_FILE_NO_ENT, vconf_get_ext_errno());
-}
-
 TEST_F(VconfTest, VolatileKeysAreClearedAtRebootAndPersistentOnesStay)
 {
     ASSERT_EQ(0, vconf_set_int("memory/t/volatile", 1));
@@ -144,18 +134,6 @@ TEST_F(VconfTest, VolatileKeysAreClearedAtRebootAndPersistentOnesStay)
     EXPECT_EQ(-1, vconf_get_int("memory/t/volatile", &value));
     EXPECT_EQ(VCONF_ERROR_FILE_NO_ENT, vconf_get_ext_errno());
     EXPECT_EQ(0, vconf_get_int("db/t/persistent", &value));
-    EXPECT_EQ(2, value);
-}
-
-TEST_F(VconfTest, ChangesOnDiskAreSeenAtOnce)
-{
-    ASSERT_EQ(0, vconf_set_int("db/t/live", 1));
-    Orvo::Emulator::Setting setting;
-    setting.type = Orvo::Emulator::SettingType::Int;
-    setting.value = "2";
-    ASSERT_EQ(VCONF_OK, Orvo::Emulator::writeSetting(device.dir(), "db/t/live", setting));
-    int value = 0;
-    ASSERT_EQ(0, vconf_get_int("db/t/live", &value));
     EXPECT_EQ(2, value);
 }
 

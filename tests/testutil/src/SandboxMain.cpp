@@ -8,8 +8,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <cstdio>
-#include <exception>
+#include <cstring>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -57,7 +59,10 @@ std::vector<std::string> selectedTests(const std::vector<std::string>& arguments
             continue;
         }
         if (isCase) {
-            names.push_back(suite + name);
+            const bool disabled = name.compare(0, 9, "DISABLED_") == 0 || suite.compare(0, 9, "DISABLED_") == 0;
+            if (!disabled || GTEST_FLAG_GET(also_run_disabled_tests)) {
+                names.push_back(suite + name);
+            }
         } else {
             suite = name;  // "Suite." with its dot
         }
@@ -88,6 +93,9 @@ int runCase(const std::string& name)
     }
     int status = 0;
     while (::waitpid(pid, &status, 0) < 0) {
+        if (errno != EINTR) {
+            throw std::runtime_error(std::string("waitpid: ") + std::strerror(errno));
+        }
     }
     return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
 }

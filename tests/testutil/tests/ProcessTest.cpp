@@ -48,12 +48,6 @@ TEST(RunProcess, AddsAndReplacesEnvironmentVariables)
     ::unsetenv("ORVO_PROCESS_TEST_REPLACED");
 }
 
-TEST(RunProcess, PassesArgumentsWithoutAShell)
-{
-    const ProcessResult result = runProcess({"printf", "%s|", "a b", "$HOME", "*"});
-    EXPECT_EQ(result.out, "a b|$HOME|*|");
-}
-
 TEST(RunProcess, ReportsAProgramThatCannotStart)
 {
     const ProcessResult result = runProcess({"/nonexistent/orvo-program"});

@@ -2,7 +2,6 @@
 #include "orvo/testing/TestDevice.h"
 
 #include "orvo/device/DeviceConf.h"
-#include "orvo/device/SettingsStore.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -67,26 +66,6 @@ TEST(TestDeviceEnvironment, LeavesTheVariableUnsetWhenItWasUnset)
         EXPECT_NE(deviceDirVariable(), nullptr);
     }
     EXPECT_EQ(deviceDirVariable(), nullptr);
-}
-
-TEST(TestDeviceEnvironment, NestedDevicesRestoreInTurn)
-{
-    ::unsetenv("ORVO_DEVICE_DIR");
-    TestDevice outer;
-    {
-        TestDevice inner("pane");
-        EXPECT_EQ(std::string(deviceDirVariable()), inner.dir());
-    }
-    EXPECT_EQ(std::string(deviceDirVariable()), outer.dir());
-}
-
-TEST(TestDeviceProfile, StartsFromTheRequestedProfile)
-{
-    TestDevice device("monitor");
-    const Orvo::Emulator::DeviceConf conf = Orvo::Emulator::DeviceConf::load(device.dir());
-    EXPECT_EQ(conf.systemInfo.at(77).intValue, 1);
-    Orvo::Emulator::Setting setting;
-    EXPECT_EQ(Orvo::Emulator::readSetting(device.dir(), "db/comss/countrycode", setting), 0);
 }
 
 TEST(TestDeviceConf, SetReplacesOneEntryAndKeepsTheOthers)

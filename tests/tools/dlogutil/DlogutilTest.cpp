@@ -121,13 +121,6 @@ TEST_F(DlogutilTest, JsonIsOneEscapedObjectPerRecord)
               dump({"-b", "apps", "-v", "json"}));
 }
 
-TEST_F(DlogutilTest, SkipsMalformedLines)
-{
-    write({{"main", "1.000000000", 4, "T", "good"}, {"main", "garbage", 4, "T", "bad time"}});
-    std::ofstream(device.dir() + "/log/main.log", std::ios::app) << "\t\t\n\xff\n";
-    EXPECT_EQ("good\n", dump({"-v", "raw"}));
-}
-
 TEST_F(DlogutilTest, InvalidArgumentsAreOneLineErrors)
 {
     expectUsageError({"-d", "-b", "events"});
