@@ -88,8 +88,7 @@ std::string enterDevice(const std::string& deviceDir) {
     namespace Emulator = Orvo::Emulator;
     Emulator::createDevice(deviceDir, Emulator::emulatorDataDirectory(), "tv");
     setenv("ORVO_DEVICE_DIR", deviceDir.c_str(), 1);
-    std::setlocale(LC_ALL, "C.UTF-8");
-    setenv("LANGUAGE", "de", 1);
+    setenv("LANGUAGE", "de", 1); // honoured by gettext in C.UTF-8, not in "C"
     std::setlocale(LC_ALL, "C.UTF-8");
     try {
         Emulator::enterSandbox(deviceDir);

@@ -12,6 +12,8 @@
 
 #include <clocale>
 #include <cstdlib>
+#include <optional>
+#include <set>
 #include <string>
 #include <tuple>
 
@@ -52,12 +54,12 @@ std::string helpIdOn(const std::string& profile, const ItemTexts& item) {
     return branch ? "COM_BDP_UPDATE_THE_SOFTWARE_INSTALLED_ON_YOUR_PRODUCT" : "TV_SID_AUTO_SW_UPDATE_DEVICE_POWER_OFF";
 }
 
-// glibc ignores LANGUAGE in the "C" locale, so switch to C.UTF-8 first; the second setlocale
-// makes gettext drop what it looked up in the previous language.
+// glibc ignores LANGUAGE in the "C" locale, hence C.UTF-8. gettext forgets the previous
+// language's lookups only when setlocale really changes the locale, hence the detour through "C".
 void useLanguage(const std::string& language) {
-    ASSERT_NE(std::setlocale(LC_ALL, "C.UTF-8"), nullptr);
+    std::setlocale(LC_ALL, "C");
     setenv("LANGUAGE", language.c_str(), 1);
-    std::setlocale(LC_ALL, "C.UTF-8");
+    ASSERT_NE(std::setlocale(LC_ALL, "C.UTF-8"), nullptr);
 }
 
 // The test does not bind the text domain itself: the plug-in's create_provider must have.
@@ -142,6 +144,17 @@ TEST_F(MenuTree, IdentifiersMatchOnlyAsAWhole) {
 
         EXPECT_EQ(provider.description(id), currentVersionPart() + newestVersionPart());
     }
+}
+
+TEST_F(MenuTree, FollowsALanguageSwitchOfTheRunningHost) {
+    std::set<std::string> titles;
+    for (const char* language : {"en", "de", "fr"}) {
+        useLanguage(language);
+        const std::optional<std::string> title = provider.title(kUpdateNow);
+        EXPECT_EQ(title, catalogue("COM_TV_SID_UPDATE_NOW")) << language;
+        titles.insert(title.value_or(""));
+    }
+    EXPECT_EQ(titles.size(), 3u);
 }
 
 TEST_F(MenuTree, NullOutFailsBothCallbacks) {
