@@ -179,6 +179,17 @@ TEST_F(InstallationPerformanceParametersTest, BrokenFilesFailKeepingTheFieldsRea
                                                         path("broken.xml")));
 }
 
+TEST_F(InstallationPerformanceParametersTest, ClosingTagLongerThanItsElementIsRejected) {
+    ASSERT_TRUE(InstallationPerformanceParameters::save(changedParameters(), path("ipp.xml")));
+    std::string text = readText(path("ipp.xml"));
+    const std::string closing = "</verificationScale>";
+    text.replace(text.find(closing), closing.size(), "</verificationScaleFollowedByAMuchLongerName>");
+    writeText(path("long.xml"), text);
+    InstallationPerformanceParameters target;
+    EXPECT_FALSE(InstallationPerformanceParameters::load(target, path("long.xml")));
+    EXPECT_EQ(target.otaDownloadingProgressScale(), -0.1f) << "read before the failure";
+}
+
 TEST_F(InstallationPerformanceParametersTest, UnreachableFilesFailWithAWarning) {
     InstallationPerformanceParameters target = changedParameters();
     EXPECT_FALSE(InstallationPerformanceParameters::load(target, path("absent.xml")));
