@@ -18,6 +18,9 @@ void selectLanguage(const std::string& language) {
     } else if (currentLanguage().empty()) {
         setenv("LANGUAGE", "en", 1);
     }
+    // setlocale to the locale already in force returns early, and gettext would keep answering
+    // from its cache; passing through "C" makes it look messages up again.
+    setlocale(LC_ALL, "C");
     setlocale(LC_ALL, "C.UTF-8");
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 // The host's language: gettext follows LANGUAGE only outside the "C" locale, so the host runs in
-// C.UTF-8 and switches by setting LANGUAGE and calling setlocale again (which also drops
-// gettext's cache of looked-up messages).
+// C.UTF-8 and switches by setting LANGUAGE and setting the locale anew, which makes gettext drop
+// the messages it has cached.
 
 #include <string>
 #include <vector>

@@ -108,16 +108,6 @@ TEST_F(LogPrintfTest, DumpWithoutRoomWarnsAndLogsWhatFits) {
     EXPECT_EQ(system[0] + system[1], message + " 0000=0001020304050607");
 }
 
-TEST_F(LogPrintfTest, DumpBehindAFullBufferHasNoRoomForTheRowHeader) {
-    const std::string message(1023, 'm');
-    const unsigned char data[] = {1, 2, 3, 4};
-    logPrintf(&dlogLineSink, kLogTag, INF, data, 4, "%s", message.c_str());
-    const std::vector<std::string> lines = texts();
-    ASSERT_EQ(lines.size(), 3U);  // the warning, then the message in two pieces of 768 and 255
-    EXPECT_EQ(lines[0], "BELOW DATA MESSAGE IS TOO LONG TO BE DISPLAYED!");
-    EXPECT_EQ(lines[1] + lines[2], message);
-}
-
 TEST_F(LogPrintfTest, DumpBehindAHeapSizedMessageUsesTheHeapBuffer) {
     const std::string message(2000, 'h');
     const std::vector<unsigned char> data = counting(20);

@@ -26,12 +26,6 @@ TEST(LogLevelTest, NamesAndLettersFollowTheLevelTable) {
     EXPECT_EQ(levelLetter(-1), 'I');
 }
 
-TEST(BaseNameTest, KeepsThePartAfterTheLastSlash) {
-    EXPECT_STREQ(baseName("/a/b/File.cpp"), "File.cpp");
-    EXPECT_STREQ(baseName("File.cpp"), "File.cpp");
-    EXPECT_STREQ(baseName("dir/"), "");
-}
-
 TEST(ModuleNameTest, StartsEmptyAndTakesTheVersionSuffix) {
     TestDevice device;
     EXPECT_STREQ(moduleName(), "");

@@ -36,13 +36,6 @@ TEST(SafeOstringStreamTest, NonNullPointersAndManipulatorsWorkAsInAStandardStrea
     EXPECT_EQ(stream.str(), "word " + expected.str() + "\nff s");
 }
 
-TEST(SafeOstringStreamTest, AppendsToWhatItHolds) {
-    SafeOstringStream stream;
-    stream << "first";
-    stream << "second";
-    EXPECT_EQ(stream.str(), "firstsecond");
-}
-
 class LoggingStreamTest : public ::testing::Test {
 protected:
     TestDevice m_device;

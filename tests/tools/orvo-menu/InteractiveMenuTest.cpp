@@ -72,7 +72,7 @@ public:
     bool waitFor(const std::function<bool(const std::string&)>& done) {
         const auto deadline = std::chrono::steady_clock::now() + kPatience;
         while (!done(screen())) {
-            if (std::chrono::steady_clock::now() > deadline || !readSome()) return false;
+            if (std::chrono::steady_clock::now() > deadline || !readSome(200)) return false;
         }
         return true;
     }
@@ -81,12 +81,21 @@ public:
         return waitFor([&](const std::string& screen) { return screen.find(text) != std::string::npos; });
     }
 
-    // Waits for the menu to end; returns its exit status (128 + signal when killed).
+    // Waits for the menu to end (killing it if it does not) and collects what it wrote last;
+    // returns its exit status (128 + signal when killed).
     int finish() {
-        while (readSome()) {
-        }
+        const auto deadline = std::chrono::steady_clock::now() + kPatience;
         int status = 0;
-        waitpid(m_pid, &status, 0);
+        while (waitpid(m_pid, &status, WNOHANG) == 0) {
+            if (std::chrono::steady_clock::now() > deadline) {
+                kill(m_pid, SIGKILL);
+                waitpid(m_pid, &status, 0);
+                break;
+            }
+            readSome(200);
+        }
+        while (readSome(0)) {
+        }
         m_status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
         return m_status;
     }
@@ -101,10 +110,12 @@ public:
     }
 
 private:
-    bool readSome() {
+    // Appends what the menu wrote within `milliseconds`; false on end of output, or when nothing
+    // came while not waiting.
+    bool readSome(int milliseconds) {
         struct pollfd ready = {m_master, POLLIN, 0};
-        if (poll(&ready, 1, 200) < 0) return false;
-        if (!(ready.revents & (POLLIN | POLLHUP))) return true;
+        if (poll(&ready, 1, milliseconds) < 0) return false;
+        if (!(ready.revents & (POLLIN | POLLHUP))) return milliseconds > 0;
         char buffer[4096];
         const ssize_t count = read(m_master, buffer, sizeof buffer);
         if (count <= 0) return false;

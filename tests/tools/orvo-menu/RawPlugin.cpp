@@ -69,6 +69,7 @@ void RawPlugin::key(const char* name) const { reinterpret_cast<void (*)(const ch
 
 void useLanguage(const std::string& language) {
     setenv("LANGUAGE", language.c_str(), 1);
+    setlocale(LC_ALL, "C");  // a change of locale makes gettext forget its cached messages
     setlocale(LC_ALL, "C.UTF-8");
 }
 
