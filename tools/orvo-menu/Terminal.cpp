@@ -3,6 +3,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <stdexcept>
@@ -36,14 +37,23 @@ constexpr const char* kLeaveScreen = "\033[0m\033[?25h\033[?1049l";
 
 } // namespace
 
-Key decodeKey(const std::string& bytes) {
+Key decodeKey(const std::string& bytes, std::size_t& consumed) {
     Key key;
+    consumed = std::min<std::size_t>(bytes.size(), 1);
     if (bytes.empty()) return key;
     const char first = bytes[0];
     if (first == '\033') {
-        if (bytes.size() == 1) key.type = KeyType::Escape;
-        else if (bytes.size() >= 3 && (bytes[1] == '[' || bytes[1] == 'O') && bytes[2] == 'A') key.type = KeyType::Up;
-        else if (bytes.size() >= 3 && (bytes[1] == '[' || bytes[1] == 'O') && bytes[2] == 'B') key.type = KeyType::Down;
+        const bool sequence = bytes.size() >= 3 && (bytes[1] == '[' || bytes[1] == 'O');
+        if (!sequence) {
+            key.type = KeyType::Escape;
+            return key;
+        }
+        // A control sequence ends with its first byte in '@'..'~'.
+        std::size_t end = 2;
+        while (end + 1 < bytes.size() && (bytes[end] < '@' || bytes[end] > '~')) ++end;
+        consumed = end + 1;
+        if (end == 2 && bytes[2] == 'A') key.type = KeyType::Up;
+        if (end == 2 && bytes[2] == 'B') key.type = KeyType::Down;
         return key;
     }
     if (first == '\r' || first == '\n') key.type = KeyType::Enter;
@@ -78,12 +88,18 @@ Terminal::~Terminal() {
 }
 
 bool Terminal::readKey(Key& key) {
-    char buffer[16];
+    char buffer[64];
     while (g_stopSignal == 0) {
+        if (!pending_.empty()) {
+            std::size_t consumed = 0;
+            key = decodeKey(pending_, consumed);
+            pending_.erase(0, consumed);
+            return true;
+        }
         const ssize_t count = read(input_, buffer, sizeof buffer);
         if (count > 0) {
-            key = decodeKey(std::string(buffer, static_cast<std::size_t>(count)));
-            return true;
+            pending_.assign(buffer, static_cast<std::size_t>(count));
+            continue;
         }
         if (count == 0) {
             g_stopSignal = SIGHUP;  // the terminal went away

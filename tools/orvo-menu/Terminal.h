@@ -19,8 +19,9 @@ struct Key {
     char character = 0;  // KeyType::Character
 };
 
-// Decodes the first key in `bytes` (as one read from the terminal delivered them).
-Key decodeKey(const std::string& bytes);
+// Decodes the first key in `bytes` (one read may deliver several keys) and sets `consumed` to
+// the number of bytes it took; an empty input gives KeyType::Other and consumes nothing.
+Key decodeKey(const std::string& bytes, std::size_t& consumed);
 
 class Terminal {
 public:
@@ -44,6 +45,7 @@ private:
     int input_;
     int output_;
     struct termios saved_ {};
+    std::string pending_;  // bytes read but not yet decoded
 };
 
 } // namespace MenuHost

@@ -69,8 +69,8 @@ const VariantTable& variantTable() {
 }
 
 // The catalogue text of one id, after its product variant; null when gettext has none.
-// `id` must be NUL-terminated unless it is swapped for a variant; `scratch` holds the
-// terminated copy otherwise.
+// `terminated`: the id runs to the end of a NUL-terminated text and is passed as it is;
+// otherwise gettext gets a terminated copy in `scratch`.
 const char* lookUp(const VariantTable& variants, std::string_view id, bool terminated, std::string& scratch) {
     const auto variant = variants.find(id);
     if (variant != variants.end()) {
@@ -117,7 +117,7 @@ std::string CEflTranslator::translate(const std::string& msgIds) {
     while (true) {
         const std::size_t end = isList ? ids.find(' ', start) : std::string_view::npos;
         const std::string_view id = ids.substr(start, end == std::string_view::npos ? end : end - start);
-        const char* translation = lookUp(variants, id, !isList, scratch);
+        const char* translation = lookUp(variants, id, end == std::string_view::npos, scratch);
         if (translation == nullptr) {
             ORVO_LOG(WRN, "Unable to get translated string");
             return kTranslationError;

@@ -8,17 +8,43 @@ namespace Emulator {
 namespace MenuHost {
 namespace {
 
+// Decodes every key of one read, as the menu does.
+std::vector<Key> decodeAll(std::string bytes) {
+    std::vector<Key> keys;
+    while (!bytes.empty()) {
+        std::size_t consumed = 0;
+        keys.push_back(decodeKey(bytes, consumed));
+        if (consumed == 0) break;
+        bytes.erase(0, consumed);
+    }
+    return keys;
+}
+
+std::vector<KeyType> typesOf(const std::vector<Key>& keys) {
+    std::vector<KeyType> types;
+    for (const Key& key : keys) types.push_back(key.type);
+    return types;
+}
+
 TEST(OrvoMenuKeys, DecodesArrowsEnterAndCharacters) {
-    EXPECT_EQ(decodeKey("\033[A").type, KeyType::Up);
-    EXPECT_EQ(decodeKey("\033OB").type, KeyType::Down);
-    EXPECT_EQ(decodeKey("\033").type, KeyType::Escape);
-    EXPECT_EQ(decodeKey("\033[C").type, KeyType::Other);
-    EXPECT_EQ(decodeKey("\r").type, KeyType::Enter);
-    EXPECT_EQ(decodeKey("\003").type, KeyType::Interrupt);
-    const Key key = decodeKey("jk");
-    EXPECT_EQ(key.type, KeyType::Character);
-    EXPECT_EQ(key.character, 'j');
-    EXPECT_EQ(decodeKey("").type, KeyType::Other);
+    EXPECT_EQ(typesOf(decodeAll("\033[A\033OB\r\003")),
+              (std::vector<KeyType>{KeyType::Up, KeyType::Down, KeyType::Enter, KeyType::Interrupt}));
+    const std::vector<Key> keys = decodeAll("jk");
+    ASSERT_EQ(keys.size(), 2u);
+    EXPECT_EQ(keys[1].type, KeyType::Character);
+    EXPECT_EQ(keys[1].character, 'k');
+}
+
+TEST(OrvoMenuKeys, SplitsKeysThatArriveTogether) {
+    EXPECT_EQ(typesOf(decodeAll("j\033[Bq")),
+              (std::vector<KeyType>{KeyType::Character, KeyType::Down, KeyType::Character}));
+    // Other control sequences are skipped whole, whatever their length.
+    EXPECT_EQ(typesOf(decodeAll("\033[1;5Cj")), (std::vector<KeyType>{KeyType::Other, KeyType::Character}));
+    EXPECT_EQ(typesOf(decodeAll("\033")), (std::vector<KeyType>{KeyType::Escape}));
+    EXPECT_EQ(typesOf(decodeAll("\033[")), (std::vector<KeyType>{KeyType::Escape, KeyType::Character}));
+    std::size_t consumed = 7;
+    EXPECT_EQ(decodeKey("", consumed).type, KeyType::Other);
+    EXPECT_EQ(consumed, 0u);
 }
 
 TEST(OrvoMenuLanguage, CyclesThroughTheCatalogueLanguages) {

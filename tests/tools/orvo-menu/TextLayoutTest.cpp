@@ -28,7 +28,7 @@ TEST(OrvoMenuTextLayout, CutsWordsLongerThanTheLineWithoutSplittingCharacters) {
 
 TEST(OrvoMenuTextLayout, JoinsTitleAndValueToTheFullWidth) {
     const std::string line = joinWithLeader("Auto Update", "On", 20);
-    EXPECT_EQ(line, "Auto Update ...... On");
+    EXPECT_EQ(line, "Auto Update ..... On");
     EXPECT_EQ(displayWidth(line), 20u);
     EXPECT_EQ(joinWithLeader("Title", "", 20), "Title");
     EXPECT_EQ(joinWithLeader("A rather long title", "Value", 10), "A rather long title  Value");

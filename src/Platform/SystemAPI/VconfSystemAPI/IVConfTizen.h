@@ -116,8 +116,6 @@ public:
         }
     }
 
-    const std::string& key() const { return m_key; }
-
 private:
     std::string m_key;
 };
