@@ -3,6 +3,9 @@
 #include "Branch.h"
 
 #include <cstring>
+#include <iterator>
+#include <string>
+#include <vector>
 
 namespace Orvo {
 namespace Emulator {
@@ -159,22 +162,24 @@ void CallbackChecks::intValues() const {
 void CallbackChecks::valueTexts() const {
     const auto function = slotFunction<StringOutFn>(provider.record(), Slot::GetValueText);
     if (function == nullptr) return report.skip("getValueText", "not offered");
-    for (const MenuItem& item : menuItems()) {
+    std::vector<std::string> ids(std::begin(kForeignIds), std::end(kForeignIds));
+    for (const MenuItem& item : menuItems()) ids.push_back(item.id);
+    for (const std::string& id : ids) {
         char buffer[kValueTextBufferSize] = "host buffer";
         char* out = buffer;
-        const int code = function(item.id, &out);
-        if (item.kind != ItemKind::Toggle) {
+        const int code = function(id.c_str(), &out);
+        if (itemKind(id) != ItemKind::Toggle) {
             const bool untouched = out == buffer && std::strcmp(buffer, "host buffer") == 0;
-            report.expect(call("getValueText", item.id, "&buffer"), code == -1 && untouched,
+            report.expect(call("getValueText", id, "&buffer"), code == -1 && untouched,
                           std::to_string(code) + (untouched ? ", buffer unchanged" : ", buffer written"),
                           "-1, buffer unchanged");
             continue;
         }
-        const IntCall setting = provider.intValue(item.id);
+        const IntCall setting = provider.intValue(id);
         const std::string expected = !setting.value ? "SID_ON or SID_OFF" : *setting.value == 1 ? "SID_ON" : "SID_OFF";
         const bool matches = setting.value ? expected == buffer
                                            : std::strcmp(buffer, "SID_ON") == 0 || std::strcmp(buffer, "SID_OFF") == 0;
-        report.expect(call("getValueText", item.id, "&buffer"), code == 1 && out == buffer && matches,
+        report.expect(call("getValueText", id, "&buffer"), code == 1 && out == buffer && matches,
                       std::to_string(code) + ", " + quoted(buffer), "1, " + expected);
     }
 }

@@ -62,10 +62,12 @@ public:
 
     void send(const std::string& keys) { ASSERT_EQ(write(m_master, keys.data(), keys.size()), ssize_t(keys.size())); }
 
-    // The latest full screen (everything since the last cursor-home).
+    // The latest complete screen: from a cursor-home to the clear-to-end that closes the frame.
     std::string screen() const {
-        const std::size_t home = m_output.rfind("\033[H");
-        return home == std::string::npos ? m_output : m_output.substr(home);
+        const std::size_t end = m_output.rfind("\033[J");
+        if (end == std::string::npos) return "";
+        const std::size_t home = m_output.rfind("\033[H", end);
+        return home == std::string::npos ? "" : m_output.substr(home, end - home);
     }
 
     // Reads until the latest screen satisfies `done`; false when the menu stops answering.
