@@ -1,6 +1,6 @@
 // Upgrade type texts, version number parsing and the on-screen version.
 #include "ChildProcess.h"
-#include "LoggedMessages.h"
+#include "orvo/testing/LogLines.h"
 #include "OrvoCommon/OrvoCommonUtils.h"
 
 #include <boost/lexical_cast.hpp>

@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
+#include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -98,16 +99,23 @@ void removeTemporaryFilesOfDeadWriters(const std::string& directory)
 
 bool makeDirectories(const std::string& path)
 {
-    std::size_t position = 0;
-    while (position != std::string::npos) {
-        position = path.find('/', position + 1);
-        const std::string prefix = path.substr(0, position);
-        if (prefix.empty() || ::mkdir(prefix.c_str(), 0755) == 0 || errno == EEXIST)
-            continue;
+    std::string writable = path;
+    return makeDirectories(&writable[0]);
+}
+
+bool makeDirectories(char* path)
+{
+    if (*path == '\0')
         return false;
+    for (char* slash = std::strchr(path + 1, '/'); slash != nullptr; slash = std::strchr(slash + 1, '/')) {
+        *slash = '\0';
+        const bool made = ::mkdir(path, 0755) == 0 || errno == EEXIST;
+        *slash = '/';
+        if (!made)
+            return false;
     }
     struct stat status;
-    return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+    return (::mkdir(path, 0755) == 0 || errno == EEXIST) && ::stat(path, &status) == 0 && S_ISDIR(status.st_mode);
 }
 
 bool readFile(const std::string& path, std::string& out, std::size_t maxBytes)

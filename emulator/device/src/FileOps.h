@@ -11,6 +11,9 @@ namespace Emulator {
 
 // Creates path and its missing parents; another process creating them at the same time is fine.
 bool makeDirectories(const std::string& path);
+// The same without allocating: path is cut at each '/' in turn while its parents are made, and
+// left as it was.
+bool makeDirectories(char* path);
 
 // Reads at most maxBytes of a file. Returns false with errno set when the file cannot be read.
 bool readFile(const std::string& path, std::string& out, std::size_t maxBytes);

@@ -3,10 +3,14 @@
 #include "FileOps.h"
 #include "orvo/device/TextValues.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <cstdio>
+#include <cstring>
 #include <ctime>
 #include <fcntl.h>
+#include <memory>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -17,33 +21,82 @@ namespace {
 const char* const kBufferNames[] = {"main", "radio", "system", "apps"};
 const int kBufferCount = sizeof kBufferNames / sizeof kBufferNames[0];
 
-std::string logDirectory(const std::string& deviceDir)
+// "<sec>.<nsec>\t<pid>\t<tid>\t<priority>\t" takes at most 76 bytes.
+constexpr std::size_t kHeadSize = 96;
+constexpr std::size_t kStackLineSize =
+    kHeadSize + 2 * kAllocationFreeTagLength + 1 + 2 * kAllocationFreeMessageLength + 1;
+
+// <device>/log/<name>.log; false for a buffer out of range or a path longer than size.
+bool formatLogPath(char* path, std::size_t size, const char* deviceDir, int buffer)
 {
-    return deviceDir + "/log";
+    const char* name = logBufferName(buffer);
+    if (name == nullptr)
+        return false;
+    const int length = std::snprintf(path, size, "%s/log/%s.log", deviceDir, name);
+    return length >= 0 && static_cast<std::size_t>(length) < size;
 }
 
-std::string logPath(const std::string& deviceDir, int buffer)
+// The letter that follows the backslash of an escaped character, or 0 for a character kept as is.
+char escapeLetter(char c)
 {
-    return logDirectory(deviceDir) + "/" + logBufferName(buffer) + ".log";
+    switch (c) {
+    case '\\':
+        return '\\';
+    case '\t':
+        return 't';
+    case '\n':
+        return 'n';
+    default:
+        return 0;
+    }
 }
 
-void appendEscaped(std::string& line, const char* text, std::size_t length)
+std::size_t escapedLength(const char* text, std::size_t length)
 {
-    for (std::size_t i = 0; i < length; ++i) {
-        switch (text[i]) {
-        case '\\':
-            line += "\\\\";
-            break;
-        case '\t':
-            line += "\\t";
-            break;
-        case '\n':
-            line += "\\n";
-            break;
-        default:
-            line += text[i];
+    return length + static_cast<std::size_t>(
+                        std::count_if(text, text + length, [](char c) { return escapeLetter(c) != 0; }));
+}
+
+// Writes text escaped at out; returns the end of what it wrote.
+char* appendEscaped(char* out, const char* text, std::size_t length)
+{
+    for (const char* c = text; c != text + length; ++c) {
+        const char letter = escapeLetter(*c);
+        if (letter != 0) {
+            *out++ = '\\';
+            *out++ = letter;
+        } else {
+            *out++ = *c;
         }
     }
+    return out;
+}
+
+// Creates the directory of a log file: path is cut at its last '/' for the call.
+bool makeLogDirectory(char* path)
+{
+    char* const slash = std::strrchr(path, '/');
+    *slash = '\0';
+    const bool made = makeDirectories(path);
+    *slash = '/';
+    return made;
+}
+
+// One write(2): with O_APPEND the kernel places the whole record at the end of the file at once,
+// so records of concurrent writers never interleave.
+bool appendLine(char* path, const char* line, std::size_t size)
+{
+    int fd = ::open(path, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644);
+    if (fd < 0 && errno == ENOENT && makeLogDirectory(path))
+        fd = ::open(path, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644);
+    if (fd < 0)
+        return false;
+    ssize_t written;
+    do
+        written = ::write(fd, line, size);
+    while (written < 0 && errno == EINTR);
+    ::close(fd);
+    return written == static_cast<ssize_t>(size);
 }
 
 bool unescape(const std::string& text, std::string& out)
@@ -117,34 +170,32 @@ int logBufferId(const std::string& name)
 int appendLogRecord(const std::string& deviceDir, int buffer, int priority, const char* tag,
                     const char* message, std::size_t length)
 {
-    if (logBufferName(buffer) == nullptr || tag == nullptr || (message == nullptr && length > 0))
+    return appendLogRecord(deviceDir.c_str(), buffer, priority, tag, message, length);
+}
+
+int appendLogRecord(const char* deviceDir, int buffer, int priority, const char* tag, const char* message,
+                    std::size_t length)
+{
+    char path[PATH_MAX];
+    if (deviceDir == nullptr || tag == nullptr || (message == nullptr && length > 0) ||
+        !formatLogPath(path, sizeof path, deviceDir, buffer))
         return -1;
     timespec now{};
     ::clock_gettime(CLOCK_REALTIME, &now);
-    char head[96];
-    std::snprintf(head, sizeof head, "%lld.%09ld\t%d\t%ld\t%d\t", static_cast<long long>(now.tv_sec),
-                  static_cast<long>(now.tv_nsec), static_cast<int>(::getpid()),
-                  static_cast<long>(::syscall(SYS_gettid)), priority);
-    std::string line = head;
-    appendEscaped(line, tag, std::char_traits<char>::length(tag));
-    line += '\t';
-    appendEscaped(line, message, length);
-    line += '\n';
+    const std::size_t tagLength = std::strlen(tag);
+    const std::size_t lineSize = kHeadSize + escapedLength(tag, tagLength) + 1 + escapedLength(message, length) + 1;
+    char stackLine[kStackLineSize];
+    std::unique_ptr<char[]> heapLine(lineSize > sizeof stackLine ? new char[lineSize] : nullptr);
+    char* const line = heapLine ? heapLine.get() : stackLine;
 
-    const std::string path = logPath(deviceDir, buffer);
-    int fd = ::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644);
-    if (fd < 0 && errno == ENOENT && makeDirectories(logDirectory(deviceDir)))
-        fd = ::open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644);
-    if (fd < 0)
-        return -1;
-    // One write(2): with O_APPEND the kernel places the whole record at the end of the file at
-    // once, so records of concurrent writers never interleave.
-    ssize_t written;
-    do
-        written = ::write(fd, line.data(), line.size());
-    while (written < 0 && errno == EINTR);
-    ::close(fd);
-    return written == static_cast<ssize_t>(line.size()) ? static_cast<int>(length) : -1;
+    char* end = line + std::snprintf(line, kHeadSize, "%lld.%09ld\t%d\t%ld\t%d\t", static_cast<long long>(now.tv_sec),
+                                     static_cast<long>(now.tv_nsec), static_cast<int>(::getpid()),
+                                     static_cast<long>(::syscall(SYS_gettid)), priority);
+    end = appendEscaped(end, tag, tagLength);
+    *end++ = '\t';
+    end = appendEscaped(end, message, length);
+    *end++ = '\n';
+    return appendLine(path, line, static_cast<std::size_t>(end - line)) ? static_cast<int>(length) : -1;
 }
 
 bool parseLogRecord(const std::string& line, int buffer, LogRecord& out)
@@ -169,10 +220,9 @@ std::vector<LogRecord> readLogRecords(const std::string& deviceDir, int buffer)
 std::vector<LogRecord> readLogRecords(const std::string& deviceDir, int buffer, std::uint64_t& offset)
 {
     std::vector<LogRecord> records;
-    if (logBufferName(buffer) == nullptr)
-        return records;
+    char path[PATH_MAX];
     std::string content;
-    if (!readFileFrom(logPath(deviceDir, buffer), offset, content))
+    if (!formatLogPath(path, sizeof path, deviceDir.c_str(), buffer) || !readFileFrom(path, offset, content))
         return records;
     std::size_t start = 0;
     for (std::size_t end; (end = content.find('\n', start)) != std::string::npos; start = end + 1) {

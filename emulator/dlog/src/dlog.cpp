@@ -1,4 +1,6 @@
-// dlog on the emulated device: every record is appended to the device's buffer file.
+// dlog on the emulated device: every record is appended to the device's buffer file. Like the
+// platform's, writing an ordinary record allocates nothing: the message, the device directory and
+// the record line are all built on the stack.
 
 #pragma GCC visibility push(default)
 #include <dlog.h>
@@ -8,8 +10,12 @@
 #include "orvo/device/LogStore.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstdio>
 #include <new>
+
+static_assert(DLOG_MAX_MESSAGE_LENGTH <= Orvo::Emulator::kAllocationFreeMessageLength,
+              "the longest message must be written without allocating");
 
 extern "C" {
 
@@ -22,11 +28,13 @@ int __dlog_vprint(log_id_t log_id, int prio, const char* tag, const char* fmt, v
     if (formatted < 0)
         return DLOG_ERROR_INVALID_PARAMETER;
     const std::size_t length = std::min<std::size_t>(static_cast<std::size_t>(formatted), DLOG_MAX_MESSAGE_LENGTH);
+    char deviceDir[PATH_MAX];
+    if (!Orvo::Emulator::deviceDirectory(deviceDir, sizeof deviceDir))
+        return DLOG_ERROR_NOT_PERMITTED;
     try {
-        const int written = Orvo::Emulator::appendLogRecord(Orvo::Emulator::deviceDirectory(), log_id, prio,
-                                                            tag, message, length);
+        const int written = Orvo::Emulator::appendLogRecord(deviceDir, log_id, prio, tag, message, length);
         return written < 0 ? DLOG_ERROR_NOT_PERMITTED : written;
-    } catch (const std::bad_alloc&) {
+    } catch (const std::bad_alloc&) {  // a tag too long for the stack
         return DLOG_ERROR_NOT_PERMITTED;
     }
 }

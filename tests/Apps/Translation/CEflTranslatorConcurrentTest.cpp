@@ -3,7 +3,7 @@
 
 #include "Apps/Translation/CEflTranslator.h"
 
-#include "LogLines.h"
+#include "orvo/testing/LogLines.h"
 #include "TestCatalogue.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
 // Log statements from several threads at once: every line whole, every sequence number unique.
 #include "Common/Logging/Logging.h"
-#include "LogLines.h"
+#include "orvo/testing/LogLines.h"
 
 #include <dlog.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // The console sink, run in child processes that see their own /dev/console.
 #include "ChildProcess.h"
 #include "Common/Logging/Logging.h"
-#include "LogLines.h"
+#include "orvo/testing/LogLines.h"
 #include "orvo/testing/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 // The dlog line sink: level routing, line layout, sequence numbers and the cutting of long texts.
 #include "Common/Logging/Logging.h"
-#include "LogLines.h"
+#include "orvo/testing/LogLines.h"
 
 #include <dlog.h>
 #include <gtest/gtest.h>

@@ -1,6 +1,6 @@
 // The log call's formatting, truncation and data dump, read back from the device's dlog.
 #include "Common/Logging/Logging.h"
-#include "LogLines.h"
+#include "orvo/testing/LogLines.h"
 
 #include <dlog.h>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // Level names and letters, the module name, the elapsed-time test and the boot-log formatter.
 // These change process-wide state, so they have an executable of their own.
 #include "Common/Logging/Logging.h"
-#include "LogLines.h"
+#include "orvo/testing/LogLines.h"
 
 #include <boost/chrono/system_clocks.hpp>
 #include <dlog.h>

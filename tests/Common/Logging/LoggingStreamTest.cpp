@@ -1,6 +1,6 @@
 // The stream logger: its text, its null-pointer safety and the levels it drops.
 #include "Common/Logging/Logging.h"
-#include "LogLines.h"
+#include "orvo/testing/LogLines.h"
 
 #include <dlog.h>
 #include <gtest/gtest.h>

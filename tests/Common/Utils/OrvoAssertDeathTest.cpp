@@ -1,7 +1,7 @@
 // Failed assertions: the console line, the log line and the abort, in every build.
 #include "ChildProcess.h"
 #include "Common/Utils/OrvoAssert.h"
-#include "LogLines.h"
+#include "orvo/testing/LogLines.h"
 
 #include <boost/shared_ptr.hpp>
 #include <dlog.h>

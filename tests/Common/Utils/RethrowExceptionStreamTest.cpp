@@ -1,7 +1,7 @@
 // Passing exceptions on with context: the trail, thread interruptions and unknown exceptions.
 #include "ChildProcess.h"
 #include "Common/Utils/ErrorInfo.h"
-#include "LogLines.h"
+#include "orvo/testing/LogLines.h"
 
 #include <dlog.h>
 #include <gtest/gtest.h>

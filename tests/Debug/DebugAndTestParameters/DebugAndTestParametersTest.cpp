@@ -1,7 +1,7 @@
 // The process-wide debug-and-test parameters: the production gate, load and reload, the file.
 #include "Common/Utils/ErrorInfo.h"
 #include "Debug/DebugAndTestParameters/DebugAndTestParameters.h"
-#include "LoggedMessages.h"
+#include "orvo/testing/LogLines.h"
 #include "Platform/Product/IProductInfo.h"
 
 #include <boost/filesystem/operations.hpp>

@@ -1,6 +1,6 @@
 // Installation performance parameters: defaults, their file, and files that fail to load.
 #include "Debug/DebugAndTestParameters/InstallationPerformanceParameters.h"
-#include "LoggedMessages.h"
+#include "orvo/testing/LogLines.h"
 #include "orvo/testing/TemporaryDirectory.h"
 
 #include <dlog.h>

@@ -1,5 +1,5 @@
 // The application's path table on the device's platform roots, and the lock and flag files.
-#include "LoggedMessages.h"
+#include "orvo/testing/LogLines.h"
 #include "Platform/Product/IProductInfo.h"
 
 #include <boost/filesystem/operations.hpp>

@@ -2,7 +2,7 @@
 // getters with their failure texts, the model line and the product type.
 #include "ChildProcess.h"
 #include "Common/Utils/ErrorInfo.h"
-#include "LoggedMessages.h"
+#include "orvo/testing/LogLines.h"
 #include "Platform/Product/IProductInfo.h"
 #include "Platform/SystemAPI/SystemInfoSystemAPI/ISystemInfo.h"
 

@@ -1,6 +1,6 @@
 // Before initializeProduct() every guarded operation throws; the SW version helper answers.
 #include "Common/Utils/ErrorInfo.h"
-#include "LoggedMessages.h"
+#include "orvo/testing/LogLines.h"
 #include "Platform/Product/IProductInfo.h"
 
 #include <dlog.h>

@@ -4,7 +4,7 @@
 #include "Platform/SystemAPI/FactorySystemAPI/IFactorySettings.h"
 
 #include "Debug/DebugAndTestParameters/DebugAndTestParameters.h"
-#include "LogLines.h"
+#include "orvo/testing/LogLines.h"
 #include "Platform/Product/IProductInfo.h"
 
 #include <boost/optional/optional_io.hpp>

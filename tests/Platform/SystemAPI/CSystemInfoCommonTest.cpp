@@ -2,7 +2,7 @@
 
 #include "Platform/SystemAPI/SystemInfoSystemAPI/ISystemInfo.h"
 
-#include "LogLines.h"
+#include "orvo/testing/LogLines.h"
 #include "Platform/Product/IProductInfo.h"
 #include "Platform/SystemAPI/VconfSystemAPI/IVConfTizen.h"
 

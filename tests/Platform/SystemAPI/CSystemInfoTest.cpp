@@ -1,6 +1,6 @@
 #include "Platform/SystemAPI/SystemInfoSystemAPI/ISystemInfo.h"
 
-#include "LogLines.h"
+#include "orvo/testing/LogLines.h"
 #include "Platform/SystemAPI/VconfSystemAPI/IVConfTizen.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
 #include "Platform/SystemAPI/VconfSystemAPI/IVConfTizen.h"
 
-#include "LogLines.h"
+#include "orvo/testing/LogLines.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

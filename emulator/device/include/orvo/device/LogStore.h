@@ -4,6 +4,7 @@
 // tear: "<sec>.<nsec>\t<pid>\t<tid>\t<priority>\t<tag>\t<message>\n", with backslash, tab and
 // line feed in tag and message escaped as \\, \t and \n.
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -27,9 +28,16 @@ const char* logBufferName(int buffer);
 // The id of a buffer name, or -1.
 int logBufferId(const std::string& name);
 
+// A record of at most this many tag and message bytes, whatever they hold, is appended without
+// allocating, as the platform's dlog writes it; a longer one is built on the heap.
+constexpr std::size_t kAllocationFreeTagLength = 128;
+constexpr std::size_t kAllocationFreeMessageLength = 4076;  // dlog's longest message
+
 // Appends one record; returns the number of message bytes written, or -1 on an I/O error.
 int appendLogRecord(const std::string& deviceDir, int buffer, int priority, const char* tag,
                     const char* message, std::size_t length);
+int appendLogRecord(const char* deviceDir, int buffer, int priority, const char* tag, const char* message,
+                    std::size_t length);
 
 // Every well-formed record of one buffer, in file order. Malformed lines are skipped.
 std::vector<LogRecord> readLogRecords(const std::string& deviceDir, int buffer);

@@ -1,4 +1,6 @@
-#include "LogLines.h"
+#include "orvo/testing/LogLines.h"
+
+#include <dlog.h>
 
 #include <sys/prctl.h>
 #include <sys/syscall.h>
@@ -18,6 +20,19 @@ bool readBracketed(const std::string& message, std::size_t& position, std::strin
     field = message.substr(position + 1, close - position - 1);
     position = close + 1;
     return true;
+}
+
+// Where the message of a statement's first line starts: after "<file>:<line>>". Continuation
+// lines of a text that the log cut have no such prefix; npos for them.
+std::string::size_type messageStart(const std::string& text) {
+    const std::string::size_type colon = text.find(':');
+    const std::string::size_type close = text.find('>');
+    if (colon == std::string::npos || close == std::string::npos || colon == 0 || close <= colon + 1 ||
+        text.find_first_of(" \n", 0) < close ||
+        text.find_first_not_of("0123456789", colon + 1) != close) {
+        return std::string::npos;
+    }
+    return close + 1;
 }
 
 } // namespace
@@ -47,6 +62,30 @@ std::vector<LogLine> logLines(const TestDevice& device, int buffer) {
         lines.push_back(line);
     }
     return lines;
+}
+
+std::string messageOf(const LogLine& line) {
+    const std::string::size_type start = messageStart(line.text);
+    return start == std::string::npos ? line.text : line.text.substr(start);
+}
+
+std::vector<std::string> loggedTexts(const TestDevice& device, const std::string& level) {
+    const bool systemBuffer = level == "ERR" || level == "FTL";
+    std::vector<std::string> texts;
+    for (const LogLine& line : logLines(device, systemBuffer ? LOG_ID_SYSTEM : LOG_ID_MAIN)) {
+        if (line.wellFormed && line.level == level && messageStart(line.text) != std::string::npos) {
+            texts.push_back(messageOf(line));
+        }
+    }
+    return texts;
+}
+
+std::vector<std::string> loggedMessages(const TestDevice& device, int buffer) {
+    std::vector<std::string> messages;
+    for (const LogLine& line : logLines(device, buffer)) {
+        if (line.wellFormed) messages.push_back(line.level + " " + messageOf(line));
+    }
+    return messages;
 }
 
 std::string currentThreadText() {
