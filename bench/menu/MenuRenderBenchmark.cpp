@@ -22,30 +22,16 @@
 
 namespace {
 
-struct Item {
-    const char* id;
-    const char* titleId;
-    const char* helpId;
-};
-
-const Item kItems[] = {
-    {"menu/support/softwareupdate", "COM_SOFTWARE_UPDATE", "TV_SID_MENU_VIEW_TV_SW_VERSION_UPDATE"},
-    {"menu/support/softwareupdate/updatenow", "COM_TV_SID_UPDATE_NOW", "COM_UPDATE_SOFTWARE_DOWNLOADI_FILES_KR_16"},
-    {"menu/support/softwareupdate/searchmodels", "TV_SID_UPDATE_UPDATE_CHANNELS", "COM_TV_MODELS_SEARCH_HELP"},
-    {"db/menu/support/softwareupdate/autoupdate", "COM_AUTO_UPDATE", "TV_SID_AUTO_START_SW_UPDATE_TV_POWERED_OFF"},
-    {"db/menu/support/softwareupdate/use_cellular_int", "COM_TV_SID_MENU_UPDATE_WITH_CELLULAR_NETWROK",
-     "COM_TV_SID_MENU_USE_CELLULAR_NETWORK_UPDATE"},
-    {"menu/support/softwareupdate/osupgrade", "COM_SID_OSUPGRADE", "COM_SID_OSUPGRADE"},
-};
+using Orvo::Testing::BranchItem;
+using Orvo::Testing::kBranchItems;
 
 constexpr const char* kTextDomain = "Tizen_Orvo";
 
 void renderThroughPlugin(benchmark::State& state) {
-    Orvo::Testing::ProviderLibrary library;
-    Orvo::Testing::Provider provider(library);
-    const MenuItemDataProvider& record = provider.record();
+    const Orvo::Testing::ProviderLibrary plugin;
+    const MenuItemDataProvider& record = *plugin.record;
     for (auto _ : state) {
-        for (const Item& item : kItems) {
+        for (const BranchItem& item : kBranchItems) {
             char* title = nullptr;
             char* description = nullptr;
             record.getTitle(item.id, &title);
@@ -60,10 +46,9 @@ void renderThroughPlugin(benchmark::State& state) {
 BENCHMARK(renderThroughPlugin);
 
 void renderBarePlatformCalls(benchmark::State& state) {
-    Orvo::Testing::ProviderLibrary library;
-    Orvo::Testing::Provider provider(library); // binds the text domain as the host's visit does
+    const Orvo::Testing::ProviderLibrary plugin; // binds the text domain as the host's visit does
     for (auto _ : state) {
-        for (const Item& item : kItems) {
+        for (const BranchItem& item : kBranchItems) {
             char* title = strdup(dgettext(kTextDomain, item.titleId));
             char* version = nullptr;
             system_info_get_value_string(static_cast<system_info_key_e>(128), &version);

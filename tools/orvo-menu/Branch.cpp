@@ -25,6 +25,13 @@ ItemKind itemKind(const std::string& id) {
     return ItemKind::Action;
 }
 
+const char* firstItemOf(ItemKind kind) {
+    for (const MenuItem& item : menuItems()) {
+        if (item.kind == kind) return item.id;
+    }
+    return kBranchId;
+}
+
 const char* itemKindName(ItemKind kind) {
     switch (kind) {
     case ItemKind::Branch: return "branch";
@@ -36,8 +43,7 @@ const char* itemKindName(ItemKind kind) {
 }
 
 const std::vector<std::string>& providerPropertyKeys() {
-    static const std::vector<std::string> keys = {"provider/owner", "provider/main-component",
-                                                  "provider/sub-component"};
+    static const std::vector<std::string> keys = {kOwnerProperty, kMainComponentProperty, kSubComponentProperty};
     return keys;
 }
 

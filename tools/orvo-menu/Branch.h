@@ -13,6 +13,8 @@ namespace Emulator {
 namespace MenuHost {
 
 constexpr const char* kBranchId = "menu/support/softwareupdate";
+// The remote's Info key, which the host forwards through onKeyEvent.
+constexpr const char* kInfoKey = "XF86Info";
 
 enum class ItemKind {
     Branch,  // the branch itself: title and description
@@ -31,8 +33,13 @@ const std::vector<MenuItem>& menuItems();
 // The kind of a known identifier; Action for one the menu does not know.
 ItemKind itemKind(const std::string& id);
 const char* itemKindName(ItemKind kind);
+// The first item of a kind, in menu order.
+const char* firstItemOf(ItemKind kind);
 
-// The provider properties the host asks for.
+// The provider properties the host asks for; both component keys name the same component.
+constexpr const char* kOwnerProperty = "provider/owner";
+constexpr const char* kMainComponentProperty = "provider/main-component";
+constexpr const char* kSubComponentProperty = "provider/sub-component";
 const std::vector<std::string>& providerPropertyKeys();
 
 struct ItemView {

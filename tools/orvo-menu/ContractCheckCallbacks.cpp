@@ -13,8 +13,6 @@ namespace MenuHost {
 
 namespace {
 
-constexpr const char* kModelSearchId = "menu/support/softwareupdate/searchmodels";
-constexpr const char* kInfoKey = "XF86Info";
 constexpr const char* kDetailedPrefix = "SW Version: ";
 constexpr const char* kMissingSetting = "db/orvo-menu/check/absent";
 constexpr const char* kBadPrefixSetting = "orvo-menu/no-prefix";
@@ -124,8 +122,8 @@ void CallbackChecks::infoKey() const {
     const std::string normal = branchDescription(provider);
     onKey(kInfoKey);
     std::string shown = branchDescription(provider);
-    report.expect("getDescription of the branch after onKeyEvent(\"XF86Info\")", startsWith(shown, kDetailedPrefix),
-                  quoted(shown.c_str()), "the detailed version block");
+    report.expect("getDescription of the branch after onKeyEvent(" + quoted(kInfoKey) + ")",
+                  startsWith(shown, kDetailedPrefix), quoted(shown.c_str()), "the detailed version block");
     shown = branchDescription(provider);
     report.expect("getDescription of the branch once more", shown == normal, quoted(shown.c_str()),
                   "the normal description again");
@@ -137,7 +135,7 @@ void CallbackChecks::infoKey() const {
                       shown == normal, quoted(shown.c_str()), "the normal description");
     }
     onKey(kInfoKey);
-    provider.description("menu/support/softwareupdate/updatenow");
+    provider.description(firstItemOf(ItemKind::Action));
     shown = branchDescription(provider);
     report.expect("the branch after the Info key was spent on another item", shown == normal,
                   quoted(shown.c_str()), "the normal description");
@@ -188,7 +186,7 @@ void CallbackChecks::settingWrites() const {
     if (!provider.offers(Slot::SetIntValue) || !provider.offers(Slot::GetIntValue)) {
         return report.skip("setIntValue", "setIntValue or getIntValue not offered");
     }
-    const std::string key = "db/menu/support/softwareupdate/autoupdate";
+    const std::string key = firstItemOf(ItemKind::Toggle);
     const IntCall before = provider.intValue(key);
     if (!before.value) return report.skip("setIntValue", "the setting cannot be read");
     const int flipped = *before.value == 1 ? 0 : 1;
@@ -207,10 +205,13 @@ void CallbackChecks::settingWrites() const {
 void CallbackChecks::valueStrings() const {
     const StringOutFn function = stringSlot(*this, Slot::GetValueString);
     if (function == nullptr) return;
-    expectText(*this, function, "getValueString", kModelSearchId, true);
-    expectNullOutRejected(*this, function, "getValueString", kModelSearchId);
     for (const MenuItem& item : menuItems()) {
-        if (item.kind != ItemKind::Value) expectUntouched(*this, function, "getValueString", item.id, -1);
+        if (item.kind != ItemKind::Value) {
+            expectUntouched(*this, function, "getValueString", item.id, -1);
+            continue;
+        }
+        expectText(*this, function, "getValueString", item.id, true);
+        expectNullOutRejected(*this, function, "getValueString", item.id);
     }
 }
 
@@ -218,8 +219,8 @@ void CallbackChecks::properties() const {
     const StringOutFn function = stringSlot(*this, Slot::GetProviderProperty);
     if (function == nullptr) return;
     for (const std::string& key : providerPropertyKeys()) expectText(*this, function, "getProviderProperty", key, false);
-    const StringCall main = provider.property("provider/main-component");
-    const StringCall sub = provider.property("provider/sub-component");
+    const StringCall main = provider.property(kMainComponentProperty);
+    const StringCall sub = provider.property(kSubComponentProperty);
     const std::string mainText = main.text ? *main.text : "";
     report.expect("main and sub-component", main.text && sub.text && *main.text == *sub.text,
                   quoted(mainText.c_str()) + " and " + quoted(sub.text ? sub.text->c_str() : ""), "the same name");

@@ -99,7 +99,7 @@ int runInteractiveMenu(const Provider& provider, Terminal& terminal) {
         if ((key.type == KeyType::Down || c == 'j') && screen.selected + 1 < count) ++screen.selected;
         if ((key.type == KeyType::Enter || c == ' ') && screen.selected < count) activate(provider, screen);
         if (c == 'i') {
-            screen.status = provider.keyEvent("XF86Info") ? "Info: detailed version shown once"
+            screen.status = provider.keyEvent(kInfoKey) ? "Info: detailed version shown once"
                                                           : "Info: onKeyEvent not offered";
             reread = true;
         }

@@ -6,7 +6,6 @@
 #include "orvo/device/DeviceDirectory.h"
 #include "orvo/device/SettingsStore.h"
 
-#include <cstdlib>
 #include <filesystem>
 #include <set>
 #include <stdexcept>
@@ -151,12 +150,9 @@ void resetDeviceState(const std::string& deviceDir, const std::string& dataDir, 
 
 std::string toolDeviceDirectory()
 {
-    const char* fromEnvironment = std::getenv("ORVO_DEVICE_DIR");
-    if (fromEnvironment != nullptr && *fromEnvironment != '\0') {
-        return fromEnvironment;
-    }
-    const fs::path dir = defaultDeviceDirectory();
-    if (fs::exists(dir / "device.conf")) {
+    // Only the default device is made on first use; one named by the environment is the caller's.
+    const fs::path dir = deviceDirectory();
+    if (dir != defaultDeviceDirectory() || fs::exists(dir / "device.conf")) {
         return dir.string();
     }
     // Built aside and renamed into place, so that tools started together never see half a device.

@@ -13,7 +13,6 @@
 
 #include <atomic>
 #include <exception>
-#include <fstream>
 #include <tuple>
 
 namespace Orvo {
@@ -91,19 +90,16 @@ std::string DebugAndTestParameters::filePath() {
 bool DebugAndTestParameters::readFile() {
     const std::string path = filePath();
     ORVO_LOG(INF, "Opening config from %s", path.c_str());
-    std::ifstream in(path);
-    if (!in.is_open()) {
-        ORVO_LOG(WRN, "Failed to open DebugAndTestParameters from %s", path.c_str());
-        return false;
-    }
     try {
-        read(in);
+        if (readXmlFile(path, kArchiveObjectName, *this)) {
+            return true;
+        }
+        ORVO_LOG(WRN, "Failed to open DebugAndTestParameters from %s", path.c_str());
     } catch (...) {
         ORVO_LOG(WRN, "Failed to load DebugAndTestParameters from %s: %s", path.c_str(),
                  currentExceptionText().c_str());
-        return false;
     }
-    return true;
+    return false;
 }
 
 void DebugAndTestParameters::read(std::istream& in) {
@@ -116,7 +112,7 @@ void DebugAndTestParameters::write(std::ostream& out) const {
 
 void DebugAndTestParameters::save(const std::string& path) const {
     try {
-        writeFile(path, [this](std::ostream& out) { write(out); });
+        writeXmlFile(path, kArchiveObjectName, *this);
     } catch (...) {
         ORVO_LOG(WRN, "Failed to save DebugAndTestParameters to %s: %s", path.c_str(), currentExceptionText().c_str());
     }

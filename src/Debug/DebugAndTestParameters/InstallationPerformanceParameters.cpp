@@ -5,7 +5,6 @@
 
 #include <boost/serialization/optional.hpp>
 
-#include <fstream>
 #include <tuple>
 
 namespace Orvo {
@@ -59,9 +58,7 @@ void InstallationPerformanceParameters::write(const InstallationPerformanceParam
 
 bool InstallationPerformanceParameters::load(InstallationPerformanceParameters& target, const std::string& path) {
     try {
-        std::ifstream in(path);
-        if (in.is_open()) {
-            read(target, in);
+        if (readXmlFile(path, kArchiveObjectName, target)) {
             return true;
         }
     } catch (...) {
@@ -73,7 +70,7 @@ bool InstallationPerformanceParameters::load(InstallationPerformanceParameters& 
 
 bool InstallationPerformanceParameters::save(const InstallationPerformanceParameters& source, const std::string& path) {
     try {
-        writeFile(path, [&source](std::ostream& out) { write(source, out); });
+        writeXmlFile(path, kArchiveObjectName, source);
         return true;
     } catch (...) {
         ORVO_LOG(WRN, "Failed to save InstallationPerformanceParameters to %s", path.c_str());

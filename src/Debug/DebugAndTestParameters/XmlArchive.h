@@ -5,6 +5,7 @@
 #include <boost/archive/xml_oarchive.hpp>
 #include <boost/serialization/nvp.hpp>
 
+#include <fstream>
 #include <functional>
 #include <istream>
 #include <ostream>
@@ -55,6 +56,24 @@ void writeXmlArchive(std::ostream& out, const char* name, const T& object) {
 // Opens `path` for writing (truncating it), lets `write` fill it and closes it; throws
 // std::runtime_error with the reason when the file cannot be opened or written.
 void writeFile(const std::string& path, const std::function<void(std::ostream&)>& write);
+
+// Reads the object `name` of the archive file at `path` into `object`. Returns false, leaving
+// `object` as it was, when the file cannot be opened; throws as readXmlArchive otherwise.
+template <class T>
+bool readXmlFile(const std::string& path, const char* name, T& object) {
+    std::ifstream in(path);
+    if (!in.is_open()) {
+        return false;
+    }
+    readXmlArchive(in, name, object);
+    return true;
+}
+
+// Writes `object` as the object `name` of the archive file at `path`; throws as writeFile.
+template <class T>
+void writeXmlFile(const std::string& path, const char* name, const T& object) {
+    writeFile(path, [name, &object](std::ostream& out) { writeXmlArchive(out, name, object); });
+}
 
 } // namespace OrvoCommon
 } // namespace Orvo

@@ -1,56 +1,65 @@
 #pragma once
-// The plug-in loaded the way the settings-menu host loads it: dlopen of the built module and the
-// two entry points looked up under their symbol version.
+// The plug-in loaded as the settings-menu host loads it, and the items of its branch.
 
 #include "MenuItemDataProvider.h"
 
+#include <dlfcn.h>
+
 #include <optional>
+#include <stdexcept>
 #include <string>
 
-namespace Orvo {
-namespace Testing {
+namespace Orvo::Testing {
 
-using CreateProviderFunction = int (*)(MenuItemDataProvider**);
-using DeleteProviderFunction = int (*)(MenuItemDataProvider**);
+struct BranchItem {
+    const char *id, *titleId, *helpId; // the help's id on a television
+};
+constexpr BranchItem kBranchItems[] = {
+    {"menu/support/softwareupdate", "COM_SOFTWARE_UPDATE", "TV_SID_MENU_VIEW_TV_SW_VERSION_UPDATE"},
+    {"menu/support/softwareupdate/updatenow", "COM_TV_SID_UPDATE_NOW", "COM_UPDATE_SOFTWARE_DOWNLOADI_FILES_KR_16"},
+    {"menu/support/softwareupdate/searchmodels", "TV_SID_UPDATE_UPDATE_CHANNELS", "COM_TV_MODELS_SEARCH_HELP"},
+    {"db/menu/support/softwareupdate/autoupdate", "COM_AUTO_UPDATE", "TV_SID_AUTO_START_SW_UPDATE_TV_POWERED_OFF"},
+    {"db/menu/support/softwareupdate/use_cellular_int", "COM_TV_SID_MENU_UPDATE_WITH_CELLULAR_NETWROK",
+     "COM_TV_SID_MENU_USE_CELLULAR_NETWORK_UPDATE"},
+    {"menu/support/softwareupdate/osupgrade", "COM_SID_OSUPGRADE", "COM_SID_OSUPGRADE"}};
+constexpr const BranchItem &kBranch = kBranchItems[0], &kUpdateNow = kBranchItems[1],
+                           &kSearchModels = kBranchItems[2], &kAutoUpdate = kBranchItems[3],
+                           &kUseCellular = kBranchItems[4];
 
-class ProviderLibrary {
-public:
-    // Throws std::runtime_error with dlerror()'s text when the module or a symbol is missing.
-    ProviderLibrary();
-    ~ProviderLibrary();
+using EntryPoint = int (*)(MenuItemDataProvider**);
+
+// An entry point under its symbol version; throws with dlerror()'s text when it or the module is missing.
+inline EntryPoint entryPoint(void* module, const char* name) {
+    void* symbol = module != nullptr ? dlvsym(module, name, "ORVOMENUITEMDATAPROVIDER") : nullptr;
+    if (symbol == nullptr) throw std::runtime_error(dlerror());
+    return reinterpret_cast<EntryPoint>(symbol);
+}
+
+// One load of the module, with one record that goes away with the object.
+struct ProviderLibrary {
+    ProviderLibrary() {
+        if (createProvider(&record) != 0) throw std::runtime_error("create_provider failed");
+    }
     ProviderLibrary(const ProviderLibrary&) = delete;
-    ProviderLibrary& operator=(const ProviderLibrary&) = delete;
+    ~ProviderLibrary() {
+        deleteProvider(&record);
+        dlclose(module);
+    }
 
-    CreateProviderFunction createProvider = nullptr;
-    DeleteProviderFunction deleteProvider = nullptr;
+    // A `char** out` callback's text for a host starting from a null *out: nullopt when it fails.
+    std::optional<std::string> take(int (*callback)(const char*, char**), const char* key) const {
+        char* text = nullptr;
+        std::optional<std::string> copy;
+        if (callback(key, &text) == 0) copy = text != nullptr ? text : ""; // "": success without a text
+        record->freeString(text);
+        return copy;
+    }
+    std::optional<std::string> description(const char* itemId) const { return take(record->getDescription, itemId); }
 
-private:
-    void* m_handle = nullptr;
+    void* const module = dlopen(ORVO_MENU_PROVIDER_PATH, RTLD_NOW | RTLD_LOCAL);
+    const EntryPoint createProvider = entryPoint(module, "create_provider");
+    const EntryPoint deleteProvider = entryPoint(module, "delete_provider");
+    MenuItemDataProvider* record = nullptr;
 };
 
-// A record created through the loaded module and deleted when the object goes away, with
-// helpers that hand strings back through the record's freeString as the host does.
-class Provider {
-public:
-    explicit Provider(const ProviderLibrary& library);
-    ~Provider();
-    Provider(const Provider&) = delete;
-    Provider& operator=(const Provider&) = delete;
-
-    const MenuItemDataProvider& record() const { return *m_record; }
-
-    // The string a `char** out` callback returned, released through freeString; nullopt when
-    // the callback failed. The callback starts from a null *out, as a careful host does.
-    std::optional<std::string> title(const char* itemId) const;
-    std::optional<std::string> description(const char* itemId) const;
-    std::optional<std::string> valueString(const char* itemId) const;
-
-private:
-    std::optional<std::string> take(int (*callback)(const char*, char**), const char* itemId) const;
-
-    const ProviderLibrary& m_library;
-    MenuItemDataProvider* m_record = nullptr;
-};
-
-} // namespace Testing
-} // namespace Orvo
+} // namespace Orvo::Testing

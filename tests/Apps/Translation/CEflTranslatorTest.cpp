@@ -1,105 +1,79 @@
-// SANDBOXED: each case is its own process and decides the product kind afresh, from the device
-// facts set before its first translation.
+// In the "C" locale a message is its id. SANDBOXED: a process's first translation decides the kind.
 
 #include "Apps/Translation/CEflTranslator.h"
 
 #include "orvo/testing/LogLines.h"
-#include "TestCatalogue.h"
+#include "orvo/testing/TestDevice.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
-#include <string>
+#include <atomic>
+#include <future>
+#include <thread>
 
-namespace Orvo {
-namespace Apps {
+namespace Orvo::Apps {
 namespace {
 
-using Testing::loggedTexts;
-using ::testing::ElementsAre;
-
-constexpr const char* kMenuViewId = "TV_SID_MENU_VIEW_TV_SW_VERSION_UPDATE";  // PANE and PRODUCT variants
-constexpr const char* kNewDataId = "COM_UPDATE_YOUR_TV_WITH_THE_NEW_DATA";    // PRODUCT variant only
-
-class TranslatorTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        Testing::installCatalogue(device, {{kMenuViewId, "TV view"},
-                                           {"PANE_SID_MENU_VIEW_SKYPANE_SW_VERSION_UPDATE", "Panel view"},
-                                           {"COM_BDP_UPDATE_THE_SOFTWARE_INSTALLED_ON_YOUR_PRODUCT", "Product view"},
-                                           {kNewDataId, "TV data"},
-                                           {"COM_UPDATE_YOUR_PRODUCT_WITH_THE_NEW_DATA", "Product data"},
-                                           {"COM_AUTO_UPDATE", "Auto Update"},
-                                           {"MULTI_LINE", "first\nsecond\n\nlast"},
-                                           {"NO_TAG", "Current version"}});
-        ASSERT_TRUE(CEflTranslator::setUpTextDomain());
-        device.clearLogs();
-    }
-
-    void setProductKind(const char* paneFamily, const char* productKind) {
-        device.setConf("system-info.740", paneFamily);
-        device.setConf("system-info.77", productKind);
-    }
-
-    Testing::TestDevice device;
+struct ProductKind {
+    const char *name, *paneFamily, *productKind; // system-info.740 and .77; .77 is not read on a PANE device
+    std::string ids;                             // looked up for kIds
+    std::vector<std::string> warnings;
 };
 
-TEST_F(TranslatorTest, TelevisionTranslatesTheBaseIds) {
-    setProductKind("bool false", "int 0");
-    EXPECT_EQ("TV view", CEflTranslator::translate(kMenuViewId));
-    EXPECT_EQ("TV data", CEflTranslator::translate(kNewDataId));
-    EXPECT_TRUE(loggedTexts(device, "WRN").empty());
+void PrintTo(const ProductKind& kind, std::ostream* out) { *out << kind.name; }
+
+constexpr const char* kIds = "COM_UPDATING_TV_SOFTWARE COM_UPDATE_YOUR_TV_WITH_THE_NEW_DATA"; // PANE+PRODUCT, PRODUCT
+
+using Translator = ::testing::TestWithParam<ProductKind>;
+
+TEST_P(Translator, FirstTranslationFromEightThreadsDecidesTheVariantsForTheWholeProcess) {
+    Testing::TestDevice device;
+    device.setConf("system-info.740", GetParam().paneFamily);
+    device.setConf("system-info.77", GetParam().productKind);
+    std::atomic<int> starting{8};
+    std::vector<std::future<std::string>> translations;
+    for (int thread = 0; thread < 8; ++thread) {
+        translations.push_back(std::async(std::launch::async, [&starting] {
+            for (--starting; starting > 0;) std::this_thread::yield();
+            return CEflTranslator::translate(kIds);
+        }));
+    }
+    for (auto& translation : translations) EXPECT_EQ(translation.get(), GetParam().ids);
+    device.setConf("system-info.740", GetParam().paneFamily == std::string("bool true") ? "bool false" : "bool true");
+    device.setConf("system-info.77", "int 1");
+    EXPECT_EQ(CEflTranslator::translate(kIds), GetParam().ids) << "facts that would decide otherwise come too late";
+    EXPECT_EQ(Testing::loggedTexts(device, "WRN"), GetParam().warnings);
 }
 
-TEST_F(TranslatorTest, PaneDeviceTranslatesPaneVariantsWithoutAskingTheProductKind) {
-    setProductKind("bool true", "error -5");
-    EXPECT_EQ("Panel view", CEflTranslator::translate(kMenuViewId));
-    EXPECT_EQ("TV data", CEflTranslator::translate(kNewDataId));
-    EXPECT_TRUE(loggedTexts(device, "WRN").empty());
+INSTANTIATE_TEST_SUITE_P(
+    ProductKinds, Translator,
+    ::testing::Values(ProductKind{"Television", "bool false", "int 0",
+                                  "COM_UPDATING_TV_SOFTWARE COM_UPDATE_YOUR_TV_WITH_THE_NEW_DATA ", {}},
+                      ProductKind{"Pane", "bool true", "error -5",
+                                  "PANE_SID_UPDATING_SKYPANE_SOFTWARE COM_UPDATE_YOUR_TV_WITH_THE_NEW_DATA ", {}},
+                      ProductKind{"OtherProduct", "bool false", "int 1",
+                                  "COM_UPDATING_PRODUCT_SOFTWARE COM_UPDATE_YOUR_PRODUCT_WITH_THE_NEW_DATA ", {}},
+                      ProductKind{"Unreadable", "error -5", "int 1",
+                                  "COM_UPDATING_TV_SOFTWARE COM_UPDATE_YOUR_TV_WITH_THE_NEW_DATA ",
+                                  {"Error ocurred while determining product type."}}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST(TranslatorText, OneIdGetsNoTrailingBlankAndEveryLineBreakBecomesATag) {
+    EXPECT_EQ(CEflTranslator::translate("first\nsecond\n\nlast"), "first<br>second<br><br>last");
 }
 
-TEST_F(TranslatorTest, OtherProductTranslatesProductVariantsForTheWholeProcess) {
-    setProductKind("bool false", "int 1");
-    EXPECT_EQ("Product data", CEflTranslator::translate(kNewDataId));
-    setProductKind("bool true", "int 0");  // too late: decided by the first translation
-    EXPECT_EQ("Product view", CEflTranslator::translate(kMenuViewId));
-}
-
-TEST_F(TranslatorTest, UnreadableProductKindMeansTelevisionForTheWholeProcess) {
-    setProductKind("error -5", "int 1");
-    EXPECT_EQ("TV view", CEflTranslator::translate(kMenuViewId));
-    setProductKind("bool true", "int 1");
-    EXPECT_EQ("TV view", CEflTranslator::translate(kMenuViewId));
-    EXPECT_THAT(loggedTexts(device, "WRN"), ElementsAre("Error ocurred while determining product type."));
-}
-
-TEST_F(TranslatorTest, IdListGetsABlankAfterEachTranslation) {
-    setProductKind("bool true", "int 0");
-    EXPECT_EQ("Auto Update", CEflTranslator::translate("COM_AUTO_UPDATE"));
-    EXPECT_EQ("Auto Update Panel view UNKNOWN_ID ",
-              CEflTranslator::translate(std::string("COM_AUTO_UPDATE ") + kMenuViewId + " UNKNOWN_ID"));
-}
-
-TEST_F(TranslatorTest, NewlinesBecomeLineBreakTags) {
-    EXPECT_EQ("first<br>second<br><br>last", CEflTranslator::translate("MULTI_LINE"));
-    EXPECT_EQ("first<br>second<br><br>last Auto Update ", CEflTranslator::translate("MULTI_LINE COM_AUTO_UPDATE"));
-}
-
-TEST_F(TranslatorTest, TranslationWithoutTheTagBecomesAnError) {
-    std::string message = CEflTranslator::translate("NO_TAG");
-    CEflTranslator::substituteTag(message, "<<A>>", "1302");
-    EXPECT_EQ("TRANSLATION_ERROR", message);
-    EXPECT_THAT(loggedTexts(device, "ERR"),
-                ElementsAre("Missing tag '<<A>>' in message 'Current version' while trying to substitute with text "
-                            "'1302'."));
-}
-
-TEST(SubstituteTagTest, OnlyTheFirstTagIsReplaced) {
+TEST(TranslatorText, SubstitutionReplacesTheFirstTagOrTheWholeMessage) {
+    Testing::TestDevice device;
     std::string message = "Version <<A>> <<A>>";
     CEflTranslator::substituteTag(message, "<<A>>", "12");
-    EXPECT_EQ("Version 12 <<A>>", message);
+    EXPECT_EQ(message, "Version 12 <<A>>");
+    message = "Current version";
+    CEflTranslator::substituteTag(message, "<<A>>", "1302");
+    EXPECT_EQ(message, "TRANSLATION_ERROR");
+    EXPECT_THAT(Testing::loggedTexts(device, "ERR"),
+                ::testing::ElementsAre("Missing tag '<<A>>' in message 'Current version' while trying to substitute "
+                                       "with text '1302'."));
 }
 
 } // namespace
-} // namespace Apps
-} // namespace Orvo
+} // namespace Orvo::Apps

@@ -1,37 +1,35 @@
 #pragma once
-// Running a piece of a test in a forked child, for code that changes process-wide state (the
-// mount namespace, standard output) or ends the process.
+// Keeping the console sink of a child process (a death test) off the machine's real console.
 
-#include <functional>
-#include <string>
+#include <fcntl.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
-namespace Orvo {
-namespace Testing {
+#include <cerrno>
 
-struct ChildResult {
-    int exitCode = -1;  // 128 + signal number when the child was killed
-    std::string err;    // what the child wrote to standard error
-};
+namespace Orvo::Testing {
 
-// The child's exit code when it cannot set up what the test needs; the test then skips.
-constexpr int kChildCannotRun = 77;
+// In a child: makes /dev/console impossible to open (a private mount namespace with an empty
+// read-only /dev). False when that cannot be had and /dev/console still opens.
+inline bool hideConsole() {
+    if (::unshare(CLONE_NEWNS) == 0 && ::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0) {
+        ::mount("tmpfs", "/dev", "tmpfs", MS_RDONLY, "size=16k");
+    }
+    const int fd = ::open("/dev/console", O_WRONLY | O_NOCTTY | O_CLOEXEC);
+    if (fd >= 0) ::close(fd);
+    return fd < 0;
+}
 
-// Runs body in a forked child with standard error captured; the child exits with 0 after it.
-ChildResult runInChild(const std::function<void()>& body);
+// Whether a child can hide the console; tests that end in the console sink skip when it cannot.
+inline bool childrenCanHideConsole() {
+    const pid_t pid = ::fork();
+    if (pid == 0) ::_exit(hideConsole() ? 0 : 1);
+    int status = 0;
+    while (pid > 0 && ::waitpid(pid, &status, 0) < 0 && errno == EINTR) {
+    }
+    return pid > 0 && WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
 
-// In a child: makes /dev/console impossible to open for this process (a private mount
-// namespace with an empty read-only /dev, so that it cannot be created either). Returns false
-// when that cannot be had (no privilege to unshare) and /dev/console still opens.
-bool hideConsole();
-
-// Whether a child process can hide the console (tried in a throw-away child). Tests that end
-// in the console sink, death tests included, skip when it cannot, rather than write on the
-// machine's real console.
-bool childrenCanHideConsole();
-
-// In a child: makes /dev/console this process's view of the regular file `path` (bind mount
-// in a private mount namespace). Returns false when that cannot be had.
-bool redirectConsole(const std::string& path);
-
-} // namespace Testing
-} // namespace Orvo
+} // namespace Orvo::Testing

@@ -6,8 +6,7 @@
 #include <thread>
 #include <vector>
 
-namespace Orvo {
-namespace Testing {
+namespace Orvo::Testing {
 namespace {
 
 using OrvoCommon::InstallationPerformanceParameters;
@@ -15,8 +14,8 @@ using OrvoCommon::InstallationPerformanceParameters;
 TEST(InstallationPerformanceParametersConcurrentTest, DefaultsAreOneInstanceForAllThreads) {
     std::vector<const InstallationPerformanceParameters*> seen(8, nullptr);
     std::vector<std::thread> threads;
-    for (std::size_t i = 0; i < seen.size(); ++i) {
-        threads.emplace_back([&seen, i] { seen[i] = &InstallationPerformanceParameters::defaults(); });
+    for (auto& defaults : seen) {
+        threads.emplace_back([&defaults] { defaults = &InstallationPerformanceParameters::defaults(); });
     }
     for (std::thread& thread : threads) thread.join();
     for (const InstallationPerformanceParameters* defaults : seen) {
@@ -26,5 +25,4 @@ TEST(InstallationPerformanceParametersConcurrentTest, DefaultsAreOneInstanceForA
 }
 
 } // namespace
-} // namespace Testing
-} // namespace Orvo
+} // namespace Orvo::Testing

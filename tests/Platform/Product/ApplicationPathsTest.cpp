@@ -4,141 +4,93 @@
 
 #include <boost/filesystem/operations.hpp>
 #include <dlog.h>
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
-#include <stdexcept>
-#include <string>
-#include <vector>
-
-namespace Orvo {
-namespace Testing {
+namespace Orvo::Testing {
 namespace {
 
-using Platform::IProductInfo;
+using namespace ::testing;
+using P = Platform::IProductInfo;
 
-const std::string kDataDirectory = "/mnt/systemrw/orvotv/data/tv";
-const std::string kLockPath = kDataDirectory + "/InstallationLock.dat";
-const std::string kFlagPath = kDataDirectory + "/SourcePartitionNotGenuineFlag";
+const std::string kData = "/mnt/systemrw/orvotv/data/tv";
+const std::string kLockPath = kData + "/InstallationLock.dat";
+const std::string kFlagPath = kData + "/SourcePartitionNotGenuineFlag";
 
 TEST(ApplicationPathsTest, TableFollowsTheDevicesPlatformRoots) {
     TestDevice device; // tv profile: 3=/usr/share 7=/opt 10=/opt/share 27=/opt/usr/data 28=/usr/apps
-    IProductInfo::initializeProduct();
-    EXPECT_EQ(IProductInfo::getPathPrefix(), "");
-    EXPECT_EQ(IProductInfo::getRootPathPrefix(), "");
-    EXPECT_EQ(IProductInfo::getSystemRwDataDirectory(), kDataDirectory);
-    EXPECT_EQ(IProductInfo::getAppDataDirectory(), "/opt/usr/data/orvotv/data/tv");
-    EXPECT_EQ(IProductInfo::getPostponeUpdateFlagPath(), "/opt/usr/data/orvotv/data/tv/PostponeUpdate");
-    EXPECT_EQ(IProductInfo::getAppRootDirectory(), "/usr/apps");
-    EXPECT_EQ(IProductInfo::getPlatformRootDirectory(), "/opt");
-    EXPECT_EQ(IProductInfo::getPlatformRoot10Directory(), "/opt/share");
-    EXPECT_EQ(IProductInfo::getLastSearchingDateFilePath(), kDataDirectory + "/LastSearchingDate");
-    EXPECT_EQ(IProductInfo::getFactoryResetFlagPath(), kDataDirectory + "/OrvoFactoryResetFlag");
-    EXPECT_EQ(IProductInfo::getFinalizingUpgradeFlagPath(), kDataDirectory + "/OrvoFinalizingUpgradeFlag");
-    EXPECT_EQ(IProductInfo::getEmulatedInfoFilePath(), kDataDirectory + "/EmulatedInfo.txt");
-    EXPECT_EQ(IProductInfo::getFirstSizeLimit(), 943718400U);
-    EXPECT_EQ(IProductInfo::getSecondSizeLimit(), 104857600U);
-    EXPECT_EQ(IProductInfo::getPluginFailureFlagsPath(), kDataDirectory + "/plugin_failure_flags");
-    EXPECT_EQ(IProductInfo::getAppDirectory(), "/usr/apps/orvotv");
-    EXPECT_EQ(IProductInfo::getBackupDirectory(), "/mnt/backup");
-    EXPECT_EQ(IProductInfo::getUpdateInfoFilePath(), kDataDirectory + "/UpdateInfo.xml");
-    EXPECT_EQ(IProductInfo::getInstallationLockPath(), kLockPath);
-    EXPECT_EQ(IProductInfo::getSourcePartitionNotGenuineFlagPath(), kFlagPath);
-    EXPECT_EQ(IProductInfo::getKpiDirectory(), kDataDirectory + "/kpi");
-    EXPECT_EQ(IProductInfo::getLocaleDirectory(), "/usr/share/orvotv/res/locale");
-    EXPECT_EQ(IProductInfo::getCertificatePath(), "/usr/share/cert/tvca.pem");
+    P::initializeProduct();
+    const std::string appData = "/opt/usr/data/orvotv/data/tv";
+    EXPECT_THAT((std::vector<std::string>{
+                    P::getPathPrefix(), P::getRootPathPrefix(), P::getSystemRwDataDirectory(), P::getAppDataDirectory(),
+                    P::getPostponeUpdateFlagPath(), P::getAppRootDirectory(), P::getPlatformRootDirectory(),
+                    P::getPlatformRoot10Directory(), P::getLastSearchingDateFilePath(), P::getFactoryResetFlagPath(),
+                    P::getFinalizingUpgradeFlagPath(), P::getEmulatedInfoFilePath(), P::getPluginFailureFlagsPath(),
+                    P::getAppDirectory(), P::getBackupDirectory(), P::getUpdateInfoFilePath(), P::getInstallationLockPath(),
+                    P::getSourcePartitionNotGenuineFlagPath(), P::getKpiDirectory(), P::getLocaleDirectory(),
+                    P::getCertificatePath()}),
+                ElementsAre("", "", kData, appData, appData + "/PostponeUpdate", "/usr/apps", "/opt", "/opt/share",
+                            kData + "/LastSearchingDate", kData + "/OrvoFactoryResetFlag",
+                            kData + "/OrvoFinalizingUpgradeFlag", kData + "/EmulatedInfo.txt",
+                            kData + "/plugin_failure_flags", "/usr/apps/orvotv", "/mnt/backup", kData + "/UpdateInfo.xml",
+                            kLockPath, kFlagPath, kData + "/kpi", "/usr/share/orvotv/res/locale",
+                            "/usr/share/cert/tvca.pem"));
+    EXPECT_EQ(std::make_pair(P::getFirstSizeLimit(), P::getSecondSizeLimit()), std::make_pair(943718400UL, 104857600UL));
 }
 
 TEST(ApplicationPathsTest, TableIsFixedAtInitialisationAndComposedRootsAreNot) {
     TestDevice device;
     device.setConf("tzplatform.27", "/data27");
     device.setConf("tzplatform.28", "/apps28/");
-    IProductInfo::initializeProduct();
-    device.setConf("tzplatform.27", "/later27");
-    device.setConf("tzplatform.28", "/later28");
-    device.setConf("tzplatform.7", "/later7");
-    EXPECT_EQ(IProductInfo::getAppDataDirectory(), "/data27/orvotv/data/tv");
-    EXPECT_EQ(IProductInfo::getPostponeUpdateFlagPath(), "/data27/orvotv/data/tv/PostponeUpdate");
-    EXPECT_EQ(IProductInfo::getAppDirectory(), "/apps28//orvotv"); // plain concatenation
-    EXPECT_EQ(IProductInfo::getAppRootDirectory(), "/later28");
-    EXPECT_EQ(IProductInfo::getPlatformRootDirectory(), "/later7");
+    P::initializeProduct();
+    for (const char* root : {"tzplatform.7", "tzplatform.27", "tzplatform.28"}) device.setConf(root, "/later");
+    EXPECT_EQ(P::getPostponeUpdateFlagPath(), "/data27/orvotv/data/tv/PostponeUpdate");
+    EXPECT_EQ(P::getAppDirectory(), "/apps28//orvotv"); // plain concatenation
+    EXPECT_EQ(P::getAppRootDirectory() + P::getPlatformRootDirectory(), "/later/later");
 }
 
 TEST(ApplicationPathsTest, MissingPlatformRootLeavesTheProductUninitialised) {
     TestDevice device;
     for (const char* index : {"tzplatform.3", "tzplatform.10", "tzplatform.27", "tzplatform.28"}) {
+        SCOPED_TRACE(index);
         device.removeConf(index);
-        try {
-            IProductInfo::initializeProduct();
-            ADD_FAILURE() << index << ": initialised";
-        } catch (const std::logic_error& error) {
-            EXPECT_STREQ(error.what(), "basic_string::_M_construct null not valid");
-        }
-        EXPECT_THROW(IProductInfo::getSystemRwDataDirectory(), Platform::ProductUninitializedException) << index;
+        EXPECT_THAT(P::initializeProduct, ThrowsMessage<std::logic_error>("basic_string::_M_construct null not valid"));
+        EXPECT_THROW(P::getSystemRwDataDirectory(), Platform::ProductUninitializedException);
         device.setConf(index, "/restored");
     }
     // Root 7 is not in the table: it is needed only when its path is asked for.
     device.removeConf("tzplatform.7");
-    IProductInfo::initializeProduct();
-    EXPECT_EQ(IProductInfo::getLocaleDirectory(), "/restored/orvotv/res/locale");
-    EXPECT_THROW(IProductInfo::getPlatformRootDirectory(), std::logic_error);
+    P::initializeProduct();
+    EXPECT_EQ(P::getLocaleDirectory(), "/restored/orvotv/res/locale");
+    EXPECT_THROW(P::getPlatformRootDirectory(), std::logic_error);
 }
 
-class FlagFilesTest : public ::testing::Test {
-protected:
-    void SetUp() override {
-        IProductInfo::initializeProduct();
-        m_device.clearLogs();
+// Each file is released when present and left, silently or with a warning, when absent; a
+// directory in its place cannot be removed.
+TEST(FlagFilesTest, LockAndSourcePartitionFlagAreReleased) {
+    TestDevice device;
+    P::initializeProduct();
+    device.clearLogs();
+    const struct {
+        std::string path;
+        bool (*present)();
+        void (*release)();
+    } files[] = {{kLockPath, P::isInstallationLocked, P::releaseInstallationLock},
+                 {kFlagPath, P::isSourcePartitionNotGenuine, P::releaseSourcePartitionNotGenuineFlag}};
+    for (const auto& file : files) {
+        device.writeFile(file.path, "1");
+        EXPECT_TRUE(file.present());
+        file.release();
+        EXPECT_FALSE(file.present());
+        file.release();
+        device.writeFile(file.path + "/occupied", "");
+        EXPECT_THROW(file.release(), boost::filesystem::filesystem_error);
+        EXPECT_TRUE(file.present());
     }
-
-    std::vector<std::string> mainLog() const { return loggedMessages(m_device, LOG_ID_MAIN); }
-
-    TestDevice m_device;
-};
-
-TEST_F(FlagFilesTest, PresentLockIsReleased) {
-    m_device.writeFile(kLockPath, "");
-    EXPECT_TRUE(IProductInfo::isInstallationLocked());
-    IProductInfo::releaseInstallationLock();
-    EXPECT_FALSE(IProductInfo::isInstallationLocked());
-    EXPECT_FALSE(boost::filesystem::exists(m_device.rootfsPath(kLockPath)));
-    EXPECT_TRUE(mainLog().empty());
-}
-
-TEST_F(FlagFilesTest, ReleasingAnAbsentLockWarns) {
-    EXPECT_FALSE(IProductInfo::isInstallationLocked());
-    IProductInfo::releaseInstallationLock();
-    EXPECT_FALSE(IProductInfo::isInstallationLocked());
-    EXPECT_EQ(mainLog(), std::vector<std::string>{"WRN InstallationLock was not locked (checked for file:  " + kLockPath + ")"});
-}
-
-TEST_F(FlagFilesTest, UnremovableLockThrowsFilesystemError) {
-    m_device.writeFile(kLockPath + "/occupied", "");
-    EXPECT_TRUE(IProductInfo::isInstallationLocked());
-    EXPECT_THROW(IProductInfo::releaseInstallationLock(), boost::filesystem::filesystem_error);
-    EXPECT_TRUE(IProductInfo::isInstallationLocked());
-}
-
-TEST_F(FlagFilesTest, PresentSourcePartitionFlagIsReleased) {
-    m_device.writeFile(kFlagPath, "1");
-    EXPECT_TRUE(IProductInfo::isSourcePartitionNotGenuine());
-    IProductInfo::releaseSourcePartitionNotGenuineFlag();
-    EXPECT_FALSE(IProductInfo::isSourcePartitionNotGenuine());
-    EXPECT_FALSE(boost::filesystem::exists(m_device.rootfsPath(kFlagPath)));
-    EXPECT_EQ(mainLog(), std::vector<std::string>{"INF Releasing SourcePartitionNotGenuine flag."});
-}
-
-TEST_F(FlagFilesTest, ReleasingAnAbsentSourcePartitionFlagOnlyLogs) {
-    EXPECT_FALSE(IProductInfo::isSourcePartitionNotGenuine());
-    IProductInfo::releaseSourcePartitionNotGenuineFlag();
-    EXPECT_EQ(mainLog(), std::vector<std::string>{"INF Releasing SourcePartitionNotGenuine flag."});
-}
-
-TEST_F(FlagFilesTest, UnremovableSourcePartitionFlagThrowsFilesystemError) {
-    m_device.writeFile(kFlagPath + "/occupied", "");
-    EXPECT_THROW(IProductInfo::releaseSourcePartitionNotGenuineFlag(), boost::filesystem::filesystem_error);
-    EXPECT_TRUE(IProductInfo::isSourcePartitionNotGenuine());
+    const std::string flagReleased = "INF Releasing SourcePartitionNotGenuine flag.";
+    EXPECT_THAT(loggedMessages(device, LOG_ID_MAIN),
+                ElementsAre("WRN InstallationLock was not locked (checked for file:  " + kLockPath + ")", flagReleased,
+                            flagReleased, flagReleased));
 }
 
 } // namespace
-} // namespace Testing
-} // namespace Orvo
+} // namespace Orvo::Testing

@@ -1,69 +1,49 @@
 #include "Platform/SystemAPI/SystemInfoSystemAPI/ISystemInfo.h"
 
+#include "ErrorInfoMatchers.h"
 #include "orvo/testing/LogLines.h"
 #include "Platform/SystemAPI/VconfSystemAPI/IVConfTizen.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <string>
-
-namespace Orvo {
-namespace Platform {
+namespace Orvo::Testing {
 namespace {
 
+using namespace ::testing;
 using Common::Utils::GenericException;
 using Common::Utils::errinfo_description;
 using Common::Utils::errinfo_stream;
-using Testing::loggedTexts;
-using ::testing::ElementsAre;
+using Platform::ISystemInfo;
+using Platform::VConf;
 
-std::string textOrNull(const std::string* text) {
-    return text == nullptr ? "<null>" : *text;
-}
-
-TEST(CheckSystemInfoErrorTest, NamedErrorsGiveADescriptionOthersAStreamText) {
+TEST(SystemInfoTest, ErrorsAreMappedAndStringReadsCopyOrThrow) {
     EXPECT_NO_THROW(ISystemInfo::checkSystemInfoError(0));
-    const struct {
-        int error;
-        std::string description;
-        std::string stream;
-    } cases[] = {
-        {-22, "Error during getting system-info value: SYSTEM_INFO_ERROR_INVALID_PARAMETER", "<null>"},
-        {-5, "Error during getting system-info value: SYSTEM_INFO_ERROR_IO_ERROR", "<null>"},
-        {-3, "<null>", "Error during getting system-info value: unrecognized error value: -3"},
-    };
-    for (const auto& expected : cases) {
-        try {
-            ISystemInfo::checkSystemInfoError(expected.error);
-            ADD_FAILURE() << expected.error << " did not throw";
-        } catch (const GenericException& e) {
-            EXPECT_EQ(expected.description, textOrNull(boost::get_error_info<errinfo_description>(e)));
-            EXPECT_EQ(expected.stream, textOrNull(boost::get_error_info<errinfo_stream>(e)));
-            EXPECT_STREQ("void Orvo::Platform::ISystemInfo::checkSystemInfoError(int)",
-                         *boost::get_error_info<boost::throw_function>(e));
-        }
+    const std::string prefix = "Error during getting system-info value: ";
+    const std::pair<int, Matcher<const boost::exception&>> errors[] = {
+        {-22, AllOf(HasInfo<errinfo_description>(prefix + "SYSTEM_INFO_ERROR_INVALID_PARAMETER"),
+                    LacksInfo<errinfo_stream>())},
+        {-5, AllOf(HasInfo<errinfo_description>(prefix + "SYSTEM_INFO_ERROR_IO_ERROR"), LacksInfo<errinfo_stream>())},
+        {-3, AllOf(HasInfo<errinfo_stream>(prefix + "unrecognized error value: -3"), LacksInfo<errinfo_description>())}};
+    const auto thrownHere =
+        HasInfo<boost::throw_function>(StrEq("void Orvo::Platform::ISystemInfo::checkSystemInfoError(int)"));
+    for (const auto& error : errors) {
+        EXPECT_THAT([&error] { ISystemInfo::checkSystemInfoError(error.first); },
+                    Throws<GenericException>(AllOf(error.second, thrownHere)));
     }
-}
-
-TEST(SystemInfoTest, StringIsCopiedAndFailuresThrow) {
-    Testing::TestDevice device;
+    TestDevice device;
     device.setConf("system-info.5001", "string T-ABC9-1302.5 with blanks");
     device.setConf("system-info.5002", "error -5");
     EXPECT_EQ("T-ABC9-1302.5 with blanks", ISystemInfo::getSystemInfoString(5001));
     EXPECT_THROW(ISystemInfo::getSystemInfoString(5002), GenericException);
-    EXPECT_THROW(ISystemInfo::getSystemInfoInt(5001), GenericException);  // another type
+    EXPECT_THROW(ISystemInfo::getSystemInfoInt(5001), GenericException); // another type
 }
 
 TEST(SystemInfoTest, CountryCodeOfAnyOtherLengthThanTwoIsEmpty) {
-    Testing::TestDevice device;
+    TestDevice device;
     for (const std::string stored : {"PL", "DEU", "D"}) {
         device.clearLogs();
         VConf<std::string>("db/comss/countrycode").set(stored);
-        const bool valid = stored.size() == 2;
-        EXPECT_EQ(valid ? stored : "", ISystemInfo::getCountryCode());
+        EXPECT_EQ(stored.size() == 2 ? stored : "", ISystemInfo::getCountryCode());
         EXPECT_THAT(loggedTexts(device, "DBG"), ElementsAre("Debug only log: CountryCode is " + stored));
-        EXPECT_EQ(valid ? 0u : 1u, loggedTexts(device, "WRN").size());
+        EXPECT_EQ(stored.size() == 2 ? 0u : 1u, loggedTexts(device, "WRN").size()) << stored;
     }
     device.clearLogs();
     ASSERT_EQ(0, vconf_unset("db/comss/countrycode"));
@@ -74,40 +54,30 @@ TEST(SystemInfoTest, CountryCodeOfAnyOtherLengthThanTwoIsEmpty) {
 }
 
 TEST(SystemInfoTest, IdentityValuesMustBePresentAndNotEmpty) {
-    Testing::TestDevice device;
+    TestDevice device;
     const struct {
         std::string (*read)();
-        const char* key;
-        std::string logName;
-        std::string emptyDescription;
-        const char* function;
+        std::string key, logName, emptyName, function;
     } identities[] = {
-        {&ISystemInfo::getFirmwareVersion, "db/comss/corvelversion", "FIRMWARE", "Firmware value taken from vconf is empty",
-         "std::__cxx11::string Orvo::Platform::ISystemInfo::getFirmwareVersion()"},
-        {&ISystemInfo::getAtoken, "db/comss/atoken", "Atoken", "Atoken value taken from vconf is empty",
-         "std::__cxx11::string Orvo::Platform::ISystemInfo::getAtoken()"},
-        {&ISystemInfo::getDuid, "db/comss/hwduid", "DUID", "DUID value taken from vconf is empty",
-         "std::__cxx11::string Orvo::Platform::ISystemInfo::getDuid()"},
-    };
+        {&ISystemInfo::getFirmwareVersion, "db/comss/corvelversion", "FIRMWARE", "Firmware", "getFirmwareVersion"},
+        {&ISystemInfo::getAtoken, "db/comss/atoken", "Atoken", "Atoken", "getAtoken"},
+        {&ISystemInfo::getDuid, "db/comss/hwduid", "DUID", "DUID", "getDuid"}};
     for (const auto& identity : identities) {
+        SCOPED_TRACE(identity.key);
         device.clearLogs();
         VConf<std::string>(identity.key).set("0123-abcd");
         EXPECT_EQ("0123-abcd", identity.read());
         VConf<std::string>(identity.key).set("");
-        try {
-            identity.read();
-            ADD_FAILURE() << identity.key << " empty did not throw";
-        } catch (const GenericException& e) {
-            EXPECT_EQ(identity.emptyDescription, textOrNull(boost::get_error_info<errinfo_description>(e)));
-            EXPECT_STREQ(identity.function, *boost::get_error_info<boost::throw_function>(e));
-        }
+        const std::string function = "std::__cxx11::string Orvo::Platform::ISystemInfo::" + identity.function + "()";
+        EXPECT_THAT(identity.read, Throws<GenericException>(AllOf(
+                                       HasInfo<errinfo_description>(identity.emptyName + " value taken from vconf is empty"),
+                                       HasInfo<boost::throw_function>(StrEq(function)))));
         EXPECT_THAT(loggedTexts(device, "DBG"), ElementsAre("Debug only log: " + identity.logName + " is 0123-abcd",
                                                             "Debug only log: " + identity.logName + " is "));
-        ASSERT_EQ(0, vconf_unset(identity.key));
-        EXPECT_THROW(identity.read(), VConfException);
+        ASSERT_EQ(0, vconf_unset(identity.key.c_str()));
+        EXPECT_THROW(identity.read(), Platform::VConfException);
     }
 }
 
 } // namespace
-} // namespace Platform
-} // namespace Orvo
+} // namespace Orvo::Testing

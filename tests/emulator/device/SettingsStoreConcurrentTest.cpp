@@ -1,5 +1,3 @@
-// Settings survive writers that are killed at any moment and writers in several processes.
-
 #include "orvo/device/SettingsStore.h"
 #include "orvo/testing/TemporaryDirectory.h"
 
@@ -7,126 +5,72 @@
 #include <vconf.h>
 
 #include <csignal>
-#include <dirent.h>
-#include <random>
+#include <filesystem>
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace Orvo {
-namespace Emulator {
-namespace {
+using namespace Orvo::Emulator;
 
-const char* const kKeys[] = {"db/big/a", "file/big/b", "memory/big/c"};
-
-// A whole value is one letter repeated: a torn or mixed file shows two letters or a short length.
-Setting wholeValue(char letter, std::size_t length, SettingType type = SettingType::String)
+// A whole value is one digit repeated to its type's length; a torn or mixed one is not.
+static void expectWhole(const std::string& dir, const std::string& key)
 {
     Setting setting;
-    setting.type = type;
-    setting.value = std::string(length, letter);
-    return setting;
-}
-
-void expectWhole(const Setting& setting, std::size_t length, const std::string& key)
-{
-    ASSERT_EQ(length, setting.value.size()) << key;
+    ASSERT_EQ(VCONF_OK, readSetting(dir, key, setting)) << key;
+    EXPECT_EQ(setting.type == SettingType::String ? kMaxSettingValueLength : 9u, setting.value.size()) << key;
     EXPECT_EQ(std::string::npos, setting.value.find_first_not_of(setting.value[0])) << key;
 }
 
-std::size_t entriesOf(const std::string& directory)
-{
-    std::size_t count = 0;
-    DIR* stream = ::opendir(directory.c_str());
-    while (stream != nullptr && ::readdir(stream) != nullptr)
-        ++count;
-    if (stream != nullptr)
-        ::closedir(stream);
-    return count - 2;  // "." and ".."
-}
-
-template <typename Body>
-pid_t forkChild(Body body)
+// A process writing whole values of alternating types to the keys, `writes` times (forever when
+// negative); its exit status is 1 when a write failed.
+static pid_t startWriter(const std::string& dir, const std::vector<std::string>& keys, int writes, int id)
 {
     const pid_t pid = ::fork();
-    if (pid == 0) {
-        body();
-        ::_exit(0);
+    if (pid != 0)
+        return pid;
+    for (int n = 0; writes < 0 || n < writes; ++n) {
+        const bool asString = (id + n) % 2 == 0;
+        const std::string value(asString ? kMaxSettingValueLength : 9, static_cast<char>('1' + (id + n) % 9));
+        for (const std::string& key : keys)
+            if (writeSetting(dir, key, {asString ? SettingType::String : SettingType::Int, value}) != VCONF_OK)
+                ::_exit(1);
     }
-    return pid;
+    ::_exit(0);
 }
 
-int waitForExit(pid_t pid)
+static int finish(pid_t pid)
 {
-    int status = 0;
+    int status = -1;
     ::waitpid(pid, &status, 0);
     return status;
 }
 
 TEST(SettingsStoreConcurrentTest, AWriterKilledMidwayLeavesEachKeyWithAnOldOrNewWholeValue)
 {
-    Testing::TemporaryDirectory device;
-    for (const char* key : kKeys)
-        ASSERT_EQ(VCONF_OK, writeSetting(device.path(), key, wholeValue('a', kMaxSettingValueLength)));
-    std::mt19937 random(12345);
-    for (int round = 0; round < 15; ++round) {
-        const pid_t writer = forkChild([&] {
-            for (unsigned n = 0;; ++n)
-                for (const char* key : kKeys)
-                    writeSetting(device.path(), key, wholeValue(static_cast<char>('a' + n % 26), kMaxSettingValueLength));
-        });
-        ASSERT_GT(writer, 0);
-        ::usleep(std::uniform_int_distribution<unsigned>(0, 20000)(random));
+    Orvo::Testing::TemporaryDirectory device;
+    const std::vector<std::string> keys = {"db/big/a", "file/big/b", "memory/big/c"};
+    ASSERT_EQ(0, finish(startWriter(device.path(), keys, 1, 0)));
+    for (int round = 1; round <= 15; ++round) {
+        const pid_t writer = startWriter(device.path(), keys, -1, round);
+        ::usleep(static_cast<useconds_t>(round * 7919 % 20000));
         ::kill(writer, SIGKILL);
-        ASSERT_TRUE(WIFSIGNALED(waitForExit(writer)));
-        for (const char* key : kKeys) {
-            Setting setting;
-            ASSERT_EQ(VCONF_OK, readSetting(device.path(), key, setting)) << key;
-            expectWhole(setting, kMaxSettingValueLength, key);
-        }
-        EXPECT_EQ(std::vector<std::string>(std::begin(kKeys), std::end(kKeys)), listSettings(device.path()));
+        EXPECT_TRUE(WIFSIGNALED(finish(writer))) << "every write succeeds until the kill";
+        for (const std::string& key : keys)
+            expectWhole(device.path(), key);
+        EXPECT_EQ(keys, listSettings(device.path())) << "a temporary file is no key";
     }
     // The killed writers' temporary files go with the next write of a live process.
-    ASSERT_EQ(VCONF_OK, writeSetting(device.path(), kKeys[0], wholeValue('z', 10)));
-    EXPECT_EQ(2u, entriesOf(device.path() + "/vconf"));
+    ASSERT_EQ(0, finish(startWriter(device.path(), {keys[0]}, 1, 0)));
+    EXPECT_EQ(2, std::distance(std::filesystem::directory_iterator(device.path() + "/vconf"), {}));
 }
 
-TEST(SettingsStoreConcurrentTest, ConcurrentWritersOfOneKeyNeverExposeATornValue)
+TEST(SettingsStoreConcurrentTest, WritersInSeveralProcessesNeverExposeATornValue)
 {
-    Testing::TemporaryDirectory device;
-    const std::string key = "db/shared";
-    const int writers = 4;
-    const int writesEach = 60;
-    std::vector<pid_t> children;
-    for (int w = 0; w < writers; ++w) {
-        children.push_back(forkChild([&] {
-            // Writers alternate types too: a reader must see the type and value of one write.
-            for (int n = 0; n < writesEach; ++n) {
-                const bool asString = (w + n) % 2 == 0;
-                const Setting setting = asString ? wholeValue(static_cast<char>('a' + w), 3000)
-                                                 : wholeValue(static_cast<char>('1' + w), 9, SettingType::Int);
-                if (writeSetting(device.path(), key, setting) != VCONF_OK)
-                    ::_exit(1);
-            }
-        }));
-    }
-    for (int i = 0; i < 400; ++i) {
-        Setting setting;
-        const int result = readSetting(device.path(), key, setting);
-        if (result == VCONF_ERROR_FILE_NO_ENT)
-            continue;
-        ASSERT_EQ(VCONF_OK, result);
-        expectWhole(setting, setting.type == SettingType::String ? 3000 : 9, key);
-    }
-    for (const pid_t child : children) {
-        const int status = waitForExit(child);
-        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
-    }
-    Setting last;
-    ASSERT_EQ(VCONF_OK, readSetting(device.path(), key, last));
-    expectWhole(last, last.type == SettingType::String ? 3000 : 9, key);
-    EXPECT_EQ(std::vector<std::string>{key}, listSettings(device.path()));
+    Orvo::Testing::TemporaryDirectory device;
+    ASSERT_EQ(0, finish(startWriter(device.path(), {"db/shared"}, 1, 0)));
+    for (int id = 0; id < 4; ++id)
+        startWriter(device.path(), {"db/shared"}, 60, id);
+    for (int i = 0; i < 400; ++i)
+        expectWhole(device.path(), "db/shared");
+    for (int status = -1; ::wait(&status) > 0;)
+        EXPECT_EQ(0, status);
 }
-
-} // namespace
-} // namespace Emulator
-} // namespace Orvo

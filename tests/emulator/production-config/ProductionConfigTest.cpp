@@ -3,17 +3,12 @@
 
 #include <gtest/gtest.h>
 
-namespace {
-
 TEST(ProductionConfigTest, FollowsTheDeviceConfigurationAndDefaultsToFalse)
 {
-    Orvo::Testing::TestDevice device;
-    device.removeConf("production");
+    Orvo::Testing::TestDevice device;  // "production = false"
     EXPECT_FALSE(Orvo::Common::Debug::isProduction());
     device.setConf("production", "true");
     EXPECT_TRUE(Orvo::Common::Debug::isProduction());
-    device.setConf("production", "false");
+    device.removeConf("production");
     EXPECT_FALSE(Orvo::Common::Debug::isProduction());
 }
-
-} // namespace

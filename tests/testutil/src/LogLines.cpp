@@ -8,8 +8,7 @@
 
 #include <cstdlib>
 
-namespace Orvo {
-namespace Testing {
+namespace Orvo::Testing {
 namespace {
 
 // Reads "[<field>]" at position; false when the text has no such field there.
@@ -27,12 +26,10 @@ bool readBracketed(const std::string& message, std::size_t& position, std::strin
 std::string::size_type messageStart(const std::string& text) {
     const std::string::size_type colon = text.find(':');
     const std::string::size_type close = text.find('>');
-    if (colon == std::string::npos || close == std::string::npos || colon == 0 || close <= colon + 1 ||
-        text.find_first_of(" \n", 0) < close ||
-        text.find_first_not_of("0123456789", colon + 1) != close) {
-        return std::string::npos;
-    }
-    return close + 1;
+    const bool prefixed = colon != std::string::npos && close != std::string::npos && colon != 0 &&
+                          close > colon + 1 && text.find_first_of(" \n") > close &&
+                          text.find_first_not_of("0123456789", colon + 1) == close;
+    return prefixed ? close + 1 : std::string::npos;
 }
 
 } // namespace
@@ -44,9 +41,8 @@ LogLine parseLogLine(const std::string& message) {
     if (!readBracketed(message, position, line.module) || !readBracketed(message, position, line.thread) ||
         !readBracketed(message, position, sequence) || !readBracketed(message, position, line.level) ||
         position >= message.size() || message[position] != ' ' || sequence.empty() ||
-        sequence.find_first_not_of("0123456789") != std::string::npos) {
+        sequence.find_first_not_of("0123456789") != std::string::npos)
         return line;
-    }
     line.sequence = static_cast<uint32_t>(std::strtoul(sequence.c_str(), nullptr, 10));
     line.text = message.substr(position + 1);
     line.wellFormed = true;
@@ -72,19 +68,17 @@ std::string messageOf(const LogLine& line) {
 std::vector<std::string> loggedTexts(const TestDevice& device, const std::string& level) {
     const bool systemBuffer = level == "ERR" || level == "FTL";
     std::vector<std::string> texts;
-    for (const LogLine& line : logLines(device, systemBuffer ? LOG_ID_SYSTEM : LOG_ID_MAIN)) {
-        if (line.wellFormed && line.level == level && messageStart(line.text) != std::string::npos) {
+    for (const LogLine& line : logLines(device, systemBuffer ? LOG_ID_SYSTEM : LOG_ID_MAIN))
+        if (line.wellFormed && line.level == level && messageStart(line.text) != std::string::npos)
             texts.push_back(messageOf(line));
-        }
-    }
     return texts;
 }
 
 std::vector<std::string> loggedMessages(const TestDevice& device, int buffer) {
     std::vector<std::string> messages;
-    for (const LogLine& line : logLines(device, buffer)) {
-        if (line.wellFormed) messages.push_back(line.level + " " + messageOf(line));
-    }
+    for (const LogLine& line : logLines(device, buffer))
+        if (line.wellFormed)
+            messages.push_back(line.level + " " + messageOf(line));
     return messages;
 }
 
@@ -94,5 +88,4 @@ std::string currentThreadText() {
     return std::to_string(syscall(SYS_gettid)) + " " + name;
 }
 
-} // namespace Testing
-} // namespace Orvo
+} // namespace Orvo::Testing

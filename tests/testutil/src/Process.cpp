@@ -10,169 +10,116 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <pthread.h>
+#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 extern char** environ;
 
-namespace Orvo {
-namespace Testing {
+namespace Orvo::Testing {
 namespace {
 
-class Pipe {
-public:
-    Pipe()
+std::runtime_error systemError(const std::string& what)
+{
+    return std::runtime_error(what + ": " + std::strerror(errno));
+}
+
+void closeFd(int& fd)
+{
+    if (fd >= 0)
+        ::close(fd);
+    fd = -1;
+}
+
+// The child's standard input, output and error; [i][0] is the read end.
+struct Pipes {
+    int fds[3][2] = {{-1, -1}, {-1, -1}, {-1, -1}};
+    int& childEnd(int stream) { return fds[stream][stream == 0 ? 0 : 1]; }
+    ~Pipes()
     {
-        if (::pipe2(m_fds, O_CLOEXEC) != 0) {
-            throw std::runtime_error(std::string("pipe: ") + std::strerror(errno));
+        for (int* ends : fds) {
+            closeFd(ends[0]);
+            closeFd(ends[1]);
         }
     }
-    ~Pipe()
-    {
-        closeRead();
-        closeWrite();
-    }
-    Pipe(const Pipe&) = delete;
-    Pipe& operator=(const Pipe&) = delete;
-
-    int readEnd() const { return m_fds[0]; }
-    int writeEnd() const { return m_fds[1]; }
-    void closeRead() { closeFd(m_fds[0]); }
-    void closeWrite() { closeFd(m_fds[1]); }
-
-private:
-    static void closeFd(int& fd)
-    {
-        if (fd >= 0) {
-            ::close(fd);
-            fd = -1;
-        }
-    }
-    int m_fds[2];
 };
 
-// The environment and program path are prepared before fork: between fork and exec the child
-// may only call async-signal-safe functions.
+// A child that never reads its input makes our writes raise SIGPIPE: the signal is held in this
+// thread while we feed the child, and a pending one is discarded instead of killing the test.
+struct HeldSigpipe {
+    sigset_t pipe;
+    sigset_t previous;
+    HeldSigpipe()
+    {
+        sigemptyset(&pipe);
+        sigaddset(&pipe, SIGPIPE);
+        pthread_sigmask(SIG_BLOCK, &pipe, &previous);
+    }
+    ~HeldSigpipe()
+    {
+        const timespec noWait = {0, 0};
+        while (sigtimedwait(&pipe, nullptr, &noWait) > 0) {
+        }
+        pthread_sigmask(SIG_SETMASK, &previous, nullptr);
+    }
+};
+
 std::vector<std::string> buildEnvironment(const std::map<std::string, std::string>& extraEnv)
 {
     std::vector<std::string> result;
     for (char** entry = environ; *entry != nullptr; ++entry) {
         const std::string text(*entry);
-        if (extraEnv.count(text.substr(0, text.find('='))) == 0) {
+        if (extraEnv.count(text.substr(0, text.find('='))) == 0)
             result.push_back(text);
-        }
     }
-    for (const auto& variable : extraEnv) {
+    for (const auto& variable : extraEnv)
         result.push_back(variable.first + "=" + variable.second);
-    }
     return result;
-}
-
-std::string resolveProgram(const std::string& name)
-{
-    const char* path = std::getenv("PATH");
-    if (name.find('/') != std::string::npos || path == nullptr) {
-        return name;
-    }
-    const std::string dirs(path);
-    for (std::size_t start = 0; start <= dirs.size();) {
-        std::size_t end = dirs.find(':', start);
-        end = end == std::string::npos ? dirs.size() : end;
-        const std::string candidate = (end == start ? "." : dirs.substr(start, end - start)) + "/" + name;
-        if (::access(candidate.c_str(), X_OK) == 0) {
-            return candidate;
-        }
-        start = end + 1;
-    }
-    return name;
 }
 
 std::vector<char*> pointers(std::vector<std::string>& strings)
 {
     std::vector<char*> result;
-    for (std::string& s : strings) {
+    for (std::string& s : strings)
         result.push_back(&s[0]);
-    }
     result.push_back(nullptr);
     return result;
 }
 
-[[noreturn]] void execChild(const std::string& program, char* const* argv, char* const* envp,
-                            int in, int out, int err)
+// Feeds the input and drains both outputs in one loop: a child blocked on any full pipe would
+// otherwise wait for us while we wait for it.
+void collect(const std::string& input, Pipes& pipes, ProcessResult& result)
 {
-    if (::dup2(in, STDIN_FILENO) < 0 || ::dup2(out, STDOUT_FILENO) < 0 || ::dup2(err, STDERR_FILENO) < 0) {
-        ::_exit(127);
-    }
-    ::execve(program.c_str(), argv, envp);
-    const char* reason = std::strerror(errno);
-    const char prefix[] = "runProcess: cannot execute ";
-    ssize_t ignored = ::write(STDERR_FILENO, prefix, sizeof prefix - 1);
-    ignored = ::write(STDERR_FILENO, program.c_str(), program.size());
-    ignored = ::write(STDERR_FILENO, ": ", 2);
-    ignored = ::write(STDERR_FILENO, reason, std::strlen(reason));
-    ignored = ::write(STDERR_FILENO, "\n", 1);
-    (void)ignored;
-    ::_exit(127);
-}
-
-// Writes to a child's stdin without letting SIGPIPE kill the test when the child does not read.
-ssize_t writeIgnoringSigpipe(int fd, const char* data, std::size_t size)
-{
-    sigset_t pipeSignal;
-    sigset_t previous;
-    sigemptyset(&pipeSignal);
-    sigaddset(&pipeSignal, SIGPIPE);
-    pthread_sigmask(SIG_BLOCK, &pipeSignal, &previous);
-    const ssize_t written = ::write(fd, data, size);
-    const int savedErrno = errno;
-    if (written < 0 && savedErrno == EPIPE) {
-        const timespec noWait = {0, 0};
-        sigtimedwait(&pipeSignal, nullptr, &noWait);
-    }
-    pthread_sigmask(SIG_SETMASK, &previous, nullptr);
-    errno = savedErrno;
-    return written;
-}
-
-void collect(const std::string& stdinText, Pipe& in, Pipe& out, Pipe& err, ProcessResult& result)
-{
-    std::size_t stdinOffset = 0;
-    if (stdinText.empty()) {
-        in.closeWrite();
-    } else {
-        ::fcntl(in.writeEnd(), F_SETFL, O_NONBLOCK);
-    }
+    int& in = pipes.fds[0][1];
+    std::size_t written = 0;
+    if (input.empty())
+        closeFd(in);
+    else
+        ::fcntl(in, F_SETFL, O_NONBLOCK);
+    int* sources[2] = {&pipes.fds[1][0], &pipes.fds[2][0]};
+    std::string* sinks[2] = {&result.out, &result.err};
     char buffer[65536];
-    while (in.writeEnd() >= 0 || out.readEnd() >= 0 || err.readEnd() >= 0) {
-        pollfd fds[3] = {{in.writeEnd(), POLLOUT, 0}, {out.readEnd(), POLLIN, 0}, {err.readEnd(), POLLIN, 0}};
+    while (in >= 0 || *sources[0] >= 0 || *sources[1] >= 0) {
+        pollfd fds[3] = {{in, POLLOUT, 0}, {*sources[0], POLLIN, 0}, {*sources[1], POLLIN, 0}};
         if (::poll(fds, 3, -1) < 0) {
-            if (errno == EINTR) {
+            if (errno == EINTR)
                 continue;
-            }
-            throw std::runtime_error(std::string("poll: ") + std::strerror(errno));
+            throw systemError("poll");
         }
         if (fds[0].revents != 0) {
-            const ssize_t n = writeIgnoringSigpipe(in.writeEnd(), stdinText.data() + stdinOffset,
-                                                   stdinText.size() - stdinOffset);
-            if (n > 0) {
-                stdinOffset += static_cast<std::size_t>(n);
-            }
-            if ((n < 0 && errno != EAGAIN && errno != EINTR) || stdinOffset == stdinText.size()) {
-                in.closeWrite();
-            }
+            const ssize_t n = ::write(in, input.data() + written, input.size() - written);
+            written += n > 0 ? static_cast<std::size_t>(n) : 0;
+            if ((n < 0 && errno != EAGAIN && errno != EINTR) || written == input.size())
+                closeFd(in);
         }
-        Pipe* sources[2] = {&out, &err};
-        std::string* sinks[2] = {&result.out, &result.err};
         for (int i = 0; i < 2; ++i) {
-            if (fds[i + 1].revents == 0) {
+            if (fds[i + 1].revents == 0)
                 continue;
-            }
-            const ssize_t n = ::read(sources[i]->readEnd(), buffer, sizeof buffer);
-            if (n > 0) {
+            const ssize_t n = ::read(*sources[i], buffer, sizeof buffer);
+            if (n > 0)
                 sinks[i]->append(buffer, static_cast<std::size_t>(n));
-            } else if (n == 0 || errno != EINTR) {
-                sources[i]->closeRead();
-            }
+            else if (n == 0 || errno != EINTR)
+                closeFd(*sources[i]);
         }
     }
 }
@@ -182,36 +129,38 @@ void collect(const std::string& stdinText, Pipe& in, Pipe& out, Pipe& err, Proce
 ProcessResult runProcess(const std::vector<std::string>& argv, const std::string& stdinText,
                          const std::map<std::string, std::string>& extraEnv)
 {
-    if (argv.empty()) {
+    if (argv.empty())
         throw std::invalid_argument("runProcess: empty command line");
-    }
     std::vector<std::string> arguments = argv;
     std::vector<std::string> environment = buildEnvironment(extraEnv);
-    const std::vector<char*> argvPointers = pointers(arguments);
-    const std::vector<char*> envPointers = pointers(environment);
-    const std::string program = resolveProgram(argv[0]);
-
-    Pipe in;
-    Pipe out;
-    Pipe err;
-    const pid_t pid = ::fork();
-    if (pid < 0) {
-        throw std::runtime_error(std::string("fork: ") + std::strerror(errno));
-    }
-    if (pid == 0) {
-        execChild(program, argvPointers.data(), envPointers.data(), in.readEnd(), out.writeEnd(), err.writeEnd());
-    }
-    in.closeRead();
-    out.closeWrite();
-    err.closeWrite();
-
+    Pipes pipes;
+    for (int* ends : pipes.fds)
+        if (::pipe2(ends, O_CLOEXEC) != 0)
+            throw systemError("pipe");
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    for (int fd = 0; fd < 3; ++fd)
+        posix_spawn_file_actions_adddup2(&actions, pipes.childEnd(fd), fd);
+    pid_t pid = -1;
+    const int spawned = ::posix_spawnp(&pid, argv[0].c_str(), &actions, nullptr, pointers(arguments).data(),
+                                       pointers(environment).data());
+    posix_spawn_file_actions_destroy(&actions);
     ProcessResult result;
-    collect(stdinText, in, out, err, result);
+    if (spawned != 0) {
+        result.exitCode = 127;
+        result.err = "runProcess: cannot execute " + argv[0] + ": " + std::strerror(spawned) + "\n";
+        return result;
+    }
+    for (int fd = 0; fd < 3; ++fd)
+        closeFd(pipes.childEnd(fd));
+    {
+        const HeldSigpipe held;
+        collect(stdinText, pipes, result);
+    }
     int status = 0;
     while (::waitpid(pid, &status, 0) < 0) {
-        if (errno != EINTR) {
-            throw std::runtime_error(std::string("waitpid: ") + std::strerror(errno));
-        }
+        if (errno != EINTR)
+            throw systemError("waitpid");
     }
     result.exitCode = WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
     return result;
@@ -222,5 +171,4 @@ std::string toolPath(const std::string& name)
     return (std::filesystem::read_symlink("/proc/self/exe").parent_path() / name).string();
 }
 
-} // namespace Testing
-} // namespace Orvo
+} // namespace Orvo::Testing

@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -35,37 +36,27 @@ constexpr int kSkippedStatus = 77;
 }
 
 // The selected cases as gtest itself lists them under the given flags (filter, shards).
-std::vector<std::string> selectedTests(const std::vector<std::string>& arguments)
+std::vector<std::string> selectedTests(std::vector<std::string> argv)
 {
-    std::vector<std::string> argv = {"/proc/self/exe"};
-    argv.insert(argv.end(), arguments.begin() + 1, arguments.end());
+    argv[0] = "/proc/self/exe";
     argv.push_back("--gtest_list_tests");
     const Orvo::Testing::ProcessResult listing = Orvo::Testing::runProcess(argv);
-    if (listing.exitCode != 0) {
+    if (listing.exitCode != 0)
         throw std::runtime_error("cannot list the tests: " + listing.err);
-    }
     std::vector<std::string> names;
+    std::istringstream lines(listing.out);
+    std::string line;
     std::string suite;
-    std::size_t start = 0;
-    while (start < listing.out.size()) {
-        std::size_t end = listing.out.find('\n', start);
-        end = end == std::string::npos ? listing.out.size() : end;
-        const std::string line = listing.out.substr(start, end - start);
-        start = end + 1;
-        const bool isCase = line.compare(0, 2, "  ") == 0;
-        const std::size_t nameStart = isCase ? 2 : 0;
-        const std::string name = line.substr(nameStart, line.find(' ', nameStart) - nameStart);
-        if (name.empty()) {
+    while (std::getline(lines, line)) {
+        std::string name;
+        std::istringstream(line) >> name;
+        if (line.compare(0, 2, "  ") != 0) {
+            suite = name;  // "Suite." with its dot
             continue;
         }
-        if (isCase) {
-            const bool disabled = name.compare(0, 9, "DISABLED_") == 0 || suite.compare(0, 9, "DISABLED_") == 0;
-            if (!disabled || GTEST_FLAG_GET(also_run_disabled_tests)) {
-                names.push_back(suite + name);
-            }
-        } else {
-            suite = name;  // "Suite." with its dot
-        }
+        const bool disabled = name.compare(0, 9, "DISABLED_") == 0 || suite.compare(0, 9, "DISABLED_") == 0;
+        if (!name.empty() && (!disabled || GTEST_FLAG_GET(also_run_disabled_tests)))
+            names.push_back(suite + name);
     }
     return names;
 }
@@ -77,9 +68,8 @@ int runCase(const std::string& name)
     Orvo::Emulator::createDevice(deviceDir, Orvo::Emulator::emulatorDataDirectory(), "tv");
     std::fflush(nullptr);
     const pid_t pid = ::fork();
-    if (pid < 0) {
+    if (pid < 0)
         throw std::runtime_error("fork failed");
-    }
     if (pid == 0) {
         try {
             Orvo::Emulator::enterSandbox(deviceDir);
@@ -92,11 +82,9 @@ int runCase(const std::string& name)
         ::_exit(result);
     }
     int status = 0;
-    while (::waitpid(pid, &status, 0) < 0) {
-        if (errno != EINTR) {
+    while (::waitpid(pid, &status, 0) < 0)
+        if (errno != EINTR)
             throw std::runtime_error(std::string("waitpid: ") + std::strerror(errno));
-        }
-    }
     return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
 }
 
@@ -106,26 +94,23 @@ int main(int argc, char** argv)
 {
     const std::vector<std::string> arguments(argv, argv + argc);
     testing::InitGoogleTest(&argc, argv);
-    if (GTEST_FLAG_GET(list_tests)) {
+    if (GTEST_FLAG_GET(list_tests))
         return RUN_ALL_TESTS();
-    }
     try {
         std::vector<std::string> failed;
         std::size_t skipped = 0;
         const std::vector<std::string> names = selectedTests(arguments);
         for (const std::string& name : names) {
             const int status = runCase(name);
-            if (status == kSkippedStatus) {
+            if (status == kSkippedStatus)
                 ++skipped;
-            } else if (status != 0) {
+            else if (status != 0)
                 failed.push_back(name);
-            }
         }
         std::printf("[ SANDBOX  ] %zu test cases, each on its own device: %zu failed, %zu skipped\n",
                     names.size(), failed.size(), skipped);
-        for (const std::string& name : failed) {
+        for (const std::string& name : failed)
             std::printf("[ SANDBOX  ] FAILED %s\n", name.c_str());
-        }
         return failed.empty() ? 0 : 1;
     } catch (const std::exception& e) {
         std::fprintf(stderr, "sandboxed test run: %s\n", e.what());

@@ -5,21 +5,16 @@
 #include <cstring>
 #include <filesystem>
 #include <stdexcept>
-#include <vector>
 
-namespace Orvo {
-namespace Testing {
+namespace Orvo::Testing {
 
 TemporaryDirectory::TemporaryDirectory()
 {
     const char* base = std::getenv("TMPDIR");
     std::string pattern = std::string(base != nullptr && *base != '\0' ? base : "/tmp") + "/orvo-test-XXXXXX";
-    std::vector<char> buffer(pattern.begin(), pattern.end());
-    buffer.push_back('\0');
-    if (::mkdtemp(buffer.data()) == nullptr) {
+    if (::mkdtemp(&pattern[0]) == nullptr)
         throw std::runtime_error("mkdtemp " + pattern + ": " + std::strerror(errno));
-    }
-    m_path = buffer.data();
+    m_path = pattern;
 }
 
 TemporaryDirectory::~TemporaryDirectory()
@@ -28,5 +23,4 @@ TemporaryDirectory::~TemporaryDirectory()
     std::filesystem::remove_all(m_path, ignored);
 }
 
-} // namespace Testing
-} // namespace Orvo
+} // namespace Orvo::Testing

@@ -14,8 +14,7 @@
 
 namespace fs = std::filesystem;
 
-namespace Orvo {
-namespace Testing {
+namespace Orvo::Testing {
 namespace {
 
 // Replaces a file in one rename, so that a platform call never reads it half written.
@@ -25,9 +24,8 @@ void writeWholeFile(const std::string& path, const std::string& content)
     {
         std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
         out << content;
-        if (!out.flush()) {
+        if (!out.flush())
             throw std::runtime_error("cannot write " + temporary);
-        }
     }
     if (std::rename(temporary.c_str(), path.c_str()) != 0) {
         std::remove(temporary.c_str());
@@ -38,12 +36,10 @@ void writeWholeFile(const std::string& path, const std::string& content)
 std::string confKeyOf(const std::string& line)
 {
     const std::size_t equals = line.find('=');
-    if (equals == std::string::npos || line.find('#') < equals) {
-        return "";
-    }
     const std::size_t begin = line.find_first_not_of(" \t");
-    const std::size_t end = line.find_last_not_of(" \t", equals - 1);
-    return begin < equals && end != std::string::npos ? line.substr(begin, end - begin + 1) : "";
+    if (equals == std::string::npos || line.find('#') < equals || begin >= equals)
+        return "";
+    return line.substr(begin, line.find_last_not_of(" \t", equals - 1) - begin + 1);
 }
 
 } // namespace
@@ -79,25 +75,15 @@ TestDevice::TestDevice(const std::string& profile)
 
 TestDevice::~TestDevice()
 {
-    if (!m_temporary) {
-        return;
-    }
-    if (m_hadDeviceDir) {
+    if (m_temporary && m_hadDeviceDir)
         ::setenv("ORVO_DEVICE_DIR", m_previousDeviceDir.c_str(), 1);
-    } else {
+    else if (m_temporary)
         ::unsetenv("ORVO_DEVICE_DIR");
-    }
 }
 
-void TestDevice::setConf(const std::string& key, const std::string& value)
-{
-    rewriteConf(key, &value);
-}
+void TestDevice::setConf(const std::string& key, const std::string& value) { rewriteConf(key, &value); }
 
-void TestDevice::removeConf(const std::string& key)
-{
-    rewriteConf(key, nullptr);
-}
+void TestDevice::removeConf(const std::string& key) { rewriteConf(key, nullptr); }
 
 void TestDevice::rewriteConf(const std::string& key, const std::string* value)
 {
@@ -105,22 +91,18 @@ void TestDevice::rewriteConf(const std::string& key, const std::string* value)
     std::ifstream in(path);
     std::string line;
     std::string result;
-    while (std::getline(in, line)) {
-        if (confKeyOf(line) != key) {
+    while (std::getline(in, line))
+        if (confKeyOf(line) != key)
             result += line + "\n";
-        }
-    }
-    if (value != nullptr) {
+    if (value != nullptr)
         result += key + " = " + *value + "\n";
-    }
     writeWholeFile(path, result);
 }
 
 std::string TestDevice::rootfsPath(const std::string& devicePath) const
 {
-    if (devicePath.empty() || devicePath[0] != '/') {
+    if (devicePath.empty() || devicePath[0] != '/')
         throw std::invalid_argument("not an absolute device path: " + devicePath);
-    }
     return m_dir + "/rootfs" + devicePath;
 }
 
@@ -128,11 +110,7 @@ void TestDevice::writeFile(const std::string& devicePath, const std::string& con
 {
     const std::string path = rootfsPath(devicePath);
     fs::create_directories(fs::path(path).parent_path());
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out << content;
-    if (!out.flush()) {
-        throw std::runtime_error("cannot write " + path);
-    }
+    writeWholeFile(path, content);
 }
 
 void TestDevice::removeFile(const std::string& devicePath)
@@ -148,20 +126,16 @@ std::vector<Orvo::Emulator::LogRecord> TestDevice::logRecords(int buffer) const
 std::vector<std::string> TestDevice::logMessages(int buffer, const std::string& tag) const
 {
     std::vector<std::string> messages;
-    for (const auto& record : logRecords(buffer)) {
-        if (record.tag == tag) {
+    for (const auto& record : logRecords(buffer))
+        if (record.tag == tag)
             messages.push_back(record.message);
-        }
-    }
     return messages;
 }
 
 void TestDevice::clearLogs()
 {
-    for (const auto& entry : fs::directory_iterator(m_dir + "/log")) {
+    for (const auto& entry : fs::directory_iterator(m_dir + "/log"))
         fs::resize_file(entry.path(), 0);
-    }
 }
 
-} // namespace Testing
-} // namespace Orvo
+} // namespace Orvo::Testing

@@ -9,134 +9,89 @@
 namespace {
 
 using Orvo::Testing::ProcessResult;
+using Lines = std::vector<std::pair<std::string, std::string>>;  // buffer, line of its log file
 
-struct Line {
-    const char* buffer;
-    const char* time;  // "<sec>.<nsec>"
-    int priority;
-    const char* tag;
-    const char* message;  // as stored: \n, \t and \\ escaped
-};
-
-class DlogutilTest : public ::testing::Test {
-protected:
-    void SetUp() override { device.clearLogs(); }
-
-    // Records are written in the device's own format, so that their times are known.
-    void write(const std::vector<Line>& lines)
-    {
-        for (const Line& line : lines) {
-            std::ofstream(device.dir() + "/log/" + line.buffer + ".log", std::ios::app)
-                << line.time << "\t321\t654\t" << line.priority << "\t" << line.tag << "\t" << line.message << "\n";
-        }
-    }
-
-    ProcessResult dlogutil(const std::vector<std::string>& args)
-    {
-        std::vector<std::string> argv{Orvo::Testing::toolPath("dlogutil")};
-        argv.insert(argv.end(), args.begin(), args.end());
-        return Orvo::Testing::runProcess(argv, "", {{"TZ", "UTC"}});
-    }
-
-    std::string dump(std::vector<std::string> args)
-    {
-        args.insert(args.begin(), "-d");
-        const ProcessResult result = dlogutil(args);
-        EXPECT_EQ(0, result.exitCode) << result.err;
-        EXPECT_EQ("", result.err);
-        return result.out;
-    }
-
-    void expectUsageError(const std::vector<std::string>& args)
-    {
-        const ProcessResult result = dlogutil(args);
-        EXPECT_NE(0, result.exitCode);
-        EXPECT_EQ("", result.out);
-        EXPECT_EQ(1, std::count(result.err.begin(), result.err.end(), '\n')) << result.err;
-    }
-
-    Orvo::Testing::TestDevice device;
-};
-
-TEST_F(DlogutilTest, PrintsTheChosenBuffersMergedInTimeOrder)
+// A record in the device's own format, so that its time is known; \n, \t and \\ are escaped there.
+std::string record(const std::string& time, int priority, const std::string& tag, const std::string& message)
 {
-    write({{"main", "100.000000002", 4, "T", "main second"},
-           {"main", "300.000000000", 4, "T", "main fourth"},
-           {"system", "100.000000001", 4, "T", "system first"},
-           {"system", "200.000000000", 4, "T", "system third"},
-           {"radio", "150.000000000", 4, "T", "radio unchosen"}});
-    EXPECT_EQ("main second\nmain fourth\n", dump({"-v", "raw"}));
+    return time + "\t321\t654\t" + std::to_string(priority) + "\t" + tag + "\t" + message;
+}
+
+ProcessResult dlogutil(std::vector<std::string> args)
+{
+    args.insert(args.begin(), Orvo::Testing::toolPath("dlogutil"));
+    return Orvo::Testing::runProcess(args, "", {{"TZ", "UTC"}});
+}
+
+// What `dlogutil -d <args>` prints on a device whose logs hold the lines; it must succeed quietly.
+std::string dump(const Lines& lines, std::vector<std::string> args)
+{
+    const Orvo::Testing::TestDevice device;
+    for (const auto& [buffer, line] : lines)
+        std::ofstream(device.dir() + "/log/" + buffer + ".log", std::ios::app) << line << "\n";
+    args.insert(args.begin(), "-d");
+    const ProcessResult result = dlogutil(args);
+    EXPECT_EQ(0, result.exitCode) << result.err;
+    EXPECT_EQ("", result.err);
+    return result.out;
+}
+
+TEST(Dlogutil, PrintsTheChosenBuffersMergedInTimeOrderSkippingWhatIsNoRecord)
+{
+    const Lines lines = {{"main", record("100.000000002", 4, "T", "main second")}, {"main", "not a record"},
+                         {"main", record("300.000000000", 4, "T", "main fourth")},
+                         {"radio", record("150.000000000", 4, "T", "unchosen")},
+                         {"system", record("100.000000001", 4, "T", "system first")},
+                         {"system", record("200.000000000", 4, "T", "system third")}};
+    EXPECT_EQ("main second\nmain fourth\n", dump(lines, {"-v", "raw"}));
     EXPECT_EQ("system first\nmain second\nsystem third\nmain fourth\n",
-              dump({"-b", "main", "-b", "system", "-v", "raw"}));
-    EXPECT_EQ("system first\nsystem third\n", dump({"-b", "system", "-b", "system", "-v", "raw"}));
+              dump(lines, {"-b", "main", "-b", "system", "-b", "system", "-v", "raw"}));
 }
 
-TEST_F(DlogutilTest, FiltersByTagAndPriority)
+TEST(Dlogutil, FiltersByTagAndPriority)
 {
-    write({{"main", "1.000000000", 2, "A", "A verbose"},
-           {"main", "2.000000000", 3, "A", "A debug"},
-           {"main", "3.000000000", 4, "A", "A info"},
-           {"main", "4.000000000", 6, "A", "A error"},
-           {"main", "5.000000000", 3, "B", "B debug"},
-           {"main", "6.000000000", 5, "B", "B warn"},
-           {"main", "7.000000000", 7, "C", "C fatal"}});
-    EXPECT_EQ("A info\nA error\nB warn\nC fatal\n", dump({"-v", "raw"}));
-    EXPECT_EQ("A error\n", dump({"-v", "raw", "A:E"}));
-    EXPECT_EQ("A debug\nA info\nA error\nB warn\nC fatal\n", dump({"-v", "raw", "A:D", "*:W"}));
-    EXPECT_EQ("B debug\nB warn\n", dump({"-v", "raw", "B"}));
-    EXPECT_EQ("C fatal\n", dump({"-v", "raw", "*:F"}));
-    EXPECT_EQ("A verbose\nA debug\nA info\nA error\n", dump({"-v", "raw", "*:S", "A:V"}));
-    EXPECT_EQ("", dump({"-v", "raw", "A:S"}));
+    Lines lines;
+    for (const std::string message : {"A/2", "A/3", "A/4", "A/6", "B/3", "B/5", "C/7"}) {  // tag/priority
+        const std::string time = std::to_string(lines.size() + 1) + ".000000000";
+        lines.push_back({"main", record(time, message[2] - '0', message.substr(0, 1), message)});
+    }
+    const std::vector<std::pair<std::vector<std::string>, std::string>> rows = {
+        {{"-v", "raw"}, "A/4\nA/6\nB/5\nC/7\n"}, {{"-v", "raw", "A:E"}, "A/6\n"},
+        {{"-v", "raw", "A:D", "*:W"}, "A/3\nA/4\nA/6\nB/5\nC/7\n"}, {{"-v", "raw", "B"}, "B/3\nB/5\n"},
+        {{"-v", "raw", "*:F"}, "C/7\n"}, {{"-v", "raw", "*:S", "A:V"}, "A/2\nA/3\nA/4\nA/6\n"}, {{"-v", "raw", "A:S"}, ""}};
+    for (const auto& [args, printed] : rows)
+        EXPECT_EQ(printed, dump(lines, args)) << ::testing::PrintToString(args);
 }
 
-TEST_F(DlogutilTest, BriefAndThreadTimeFormats)
+TEST(Dlogutil, FormatsBriefThreadtimeAndEscapedJson)
 {
-    write({{"main", "86400.123456789", 4, "orvotv.Orvo", "hello"}, {"main", "86401.000000000", 6, "X", "bad"}});
-    EXPECT_EQ("I/orvotv.Orvo(321): hello\nE/X(321): bad\n", dump({}));
-    EXPECT_EQ("01-02 00:00:00.123   321   654 I orvotv.Orvo: hello\n"
+    const Lines lines = {
+        {"main", record("86400.123456789", 4, "orvotv.Orvo", "one\\ntwo\\tend\\\\")},
+        {"main", record("86401.000000000", 6, "X", "bad")},
+        {"apps", record("1700000000.000000042", 5, "tag \"q\"",
+                        "quote \" nl\\n tab\\t bs\\\\ bell \x07 del \x7f e\xc3\xa9 bad \xff \xc3 end")},
+        {"apps", record("1700000000.500000000", 4, "T", "surrogate \xed\xa0\x80 overlong \xc0\xaf emoji \xf0\x9f\x98\x80")}};
+    EXPECT_EQ("I/orvotv.Orvo(321): one\ntwo\tend\\\nE/X(321): bad\n", dump(lines, {}));
+    EXPECT_EQ("01-02 00:00:00.123   321   654 I orvotv.Orvo: one\ntwo\tend\\\n"
               "01-02 00:00:01.000   321   654 E X: bad\n",
-              dump({"-v", "threadtime"}));
-}
-
-TEST_F(DlogutilTest, MessagesWithLineFeedsSpanLinesExceptInJson)
-{
-    write({{"main", "1.000000000", 4, "T", "one\\ntwo\\tend\\\\"}});
-    EXPECT_EQ("I/T(321): one\ntwo\tend\\\n", dump({}));
-    EXPECT_EQ("one\ntwo\tend\\\n", dump({"-v", "raw"}));
-    const std::string json = dump({"-v", "json"});
-    EXPECT_EQ(1, std::count(json.begin(), json.end(), '\n'));
-    EXPECT_NE(std::string::npos, json.find("\"message\":\"one\\ntwo\\tend\\\\\""));
-}
-
-TEST_F(DlogutilTest, JsonIsOneEscapedObjectPerRecord)
-{
-    write({{"apps", "1700000000.000000042", 5, "tag \"q\"", "quote \" bell \x07 del \x7f e\xc3\xa9 bad \xff \xc3 end"},
-           {"apps", "1700000000.500000000", 4, "T", "surrogate \xed\xa0\x80 overlong \xc0\xaf emoji \xf0\x9f\x98\x80"}});
+              dump(lines, {"-v", "threadtime"}));
     EXPECT_EQ("{\"time\":\"2023-11-14T22:13:20.000000042Z\",\"pid\":321,\"tid\":654,\"buffer\":\"apps\","
-              "\"priority\":5,\"tag\":\"tag \\\"q\\\"\",\"message\":\"quote \\\" bell \\u0007 del \\u007f "
-              "e\xc3\xa9 bad \\ufffd \\ufffd end\"}\n"
+              "\"priority\":5,\"tag\":\"tag \\\"q\\\"\",\"message\":\"quote \\\" nl\\n tab\\t bs\\\\ "
+              "bell \\u0007 del \\u007f e\xc3\xa9 bad \\ufffd \\ufffd end\"}\n"
               "{\"time\":\"2023-11-14T22:13:20.500000000Z\",\"pid\":321,\"tid\":654,\"buffer\":\"apps\","
               "\"priority\":4,\"tag\":\"T\",\"message\":\"surrogate \\ufffd\\ufffd\\ufffd overlong \\ufffd\\ufffd "
               "emoji \xf0\x9f\x98\x80\"}\n",
-              dump({"-b", "apps", "-v", "json"}));
+              dump(lines, {"-b", "apps", "-v", "json"}));
 }
 
-TEST_F(DlogutilTest, InvalidArgumentsAreOneLineErrors)
+TEST(Dlogutil, InvalidArgumentsAreOneLineErrors)
 {
-    expectUsageError({"-d", "-b", "events"});
-    expectUsageError({"-d", "-b"});
-    expectUsageError({"-d", "-v", "long"});
-    expectUsageError({"-d", "A:X"});
-    expectUsageError({"-d", ":I"});
-    expectUsageError({"-d", "-x"});
-}
-
-TEST_F(DlogutilTest, HelpDescribesTheOptions)
-{
-    const ProcessResult result = dlogutil({"--help"});
-    EXPECT_EQ(0, result.exitCode);
-    for (const char* option : {"-d", "-b", "-v", "TAG:P", "json"})
-        EXPECT_NE(std::string::npos, result.out.find(option)) << option;
+    for (const std::vector<std::string>& args : std::vector<std::vector<std::string>>{
+             {"-d", "-b", "events"}, {"-d", "-v", "long"}, {"-d", "A:X"}, {"-d", ":I"}, {"-d", "-x"}}) {
+        const ProcessResult result = dlogutil(args);
+        EXPECT_NE(0, result.exitCode) << args.back();
+        EXPECT_EQ(1, std::count(result.err.begin(), result.err.end(), '\n')) << result.out << result.err;
+    }
 }
 
 } // namespace

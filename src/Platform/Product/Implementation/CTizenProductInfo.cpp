@@ -30,6 +30,8 @@ constexpr int kKeyLocalset = 90;
 constexpr int kKeyPartitionTxtFilePath = 301;
 constexpr int kKeyProductCode = 77;
 
+// The version date and the submicom version share the SW version's failure text.
+const char* const kSWVersionReadFailure = "Unable to read SW version from system-info";
 // The model line whose real value is kept under a key of its own.
 const char* const kChinaModelLine = "CHI_DTV";
 
@@ -49,6 +51,26 @@ std::string readString(int key, const char* failureMessage, const char* function
     return text;
 }
 
+// A guarded getter's read of one string key; a failure is recorded in `function`.
+std::string readGuarded(int key, const char* failureMessage, const char* function) {
+    IProductInfo::throwIfUninitialized();
+    return readString(key, failureMessage, function);
+}
+
+// What the guarded getters take from getParsedModelAndVersion.
+struct ParsedSWVersion {
+    std::string model;
+    uint16_t major = 0;
+    uint16_t minor = 0;
+};
+
+ParsedSWVersion readParsedSWVersion() {
+    IProductInfo::throwIfUninitialized();
+    ParsedSWVersion parsed;
+    getParsedModelAndVersion(parsed.model, parsed.major, parsed.minor);
+    return parsed;
+}
+
 // The SW version split at its last dash into model and version part; throws GenericException
 // (description "<caller>: Wrong string format - lack of dash") when there is none.
 std::string::size_type lastDash(const std::string& swVersion, const char* caller, const char* function) {
@@ -66,7 +88,7 @@ std::string::size_type lastDash(const std::string& swVersion, const char* caller
 } // namespace
 
 std::string getSWVersionString() {
-    return readString(kKeySWVersion, "Unable to read SW version from system-info", BOOST_CURRENT_FUNCTION);
+    return readString(kKeySWVersion, kSWVersionReadFailure, BOOST_CURRENT_FUNCTION);
 }
 
 void getParsedModelAndVersion(std::string& model, uint16_t& major, uint16_t& minor) {
@@ -94,74 +116,55 @@ std::string IProductInfo::getVersionString() {
 }
 
 std::string IProductInfo::getModelString() {
-    throwIfUninitialized();
-    std::string model;
-    uint16_t major = 0;
-    uint16_t minor = 0;
-    getParsedModelAndVersion(model, major, minor);
+    const std::string model = readParsedSWVersion().model;
     ORVO_LOG(INF, "Model string: %s.", model.c_str());
     return model;
 }
 
 uint16_t IProductInfo::getMajorSWVersion() {
-    throwIfUninitialized();
-    std::string model;
-    uint16_t major = 0;
-    uint16_t minor = 0;
-    getParsedModelAndVersion(model, major, minor);
+    const uint16_t major = readParsedSWVersion().major;
     ORVO_LOG(INF, "MAJOR SW VERSION: %d", major);
     return major;
 }
 
 uint16_t IProductInfo::getMinorSWVersion() {
-    throwIfUninitialized();
-    std::string model;
-    uint16_t major = 0;
-    uint16_t minor = 0;
-    getParsedModelAndVersion(model, major, minor);
+    const uint16_t minor = readParsedSWVersion().minor;
     ORVO_LOG(INF, "MINOR SW VERSION: %d", minor);
     return minor;
 }
 
 std::string IProductInfo::getMainSoftwareVersionDate() {
-    throwIfUninitialized();
-    // The version date shares the SW version's failure text.
-    return readString(kKeyMainSoftwareVersionDate, "Unable to read SW version from system-info", BOOST_CURRENT_FUNCTION);
+    return readGuarded(kKeyMainSoftwareVersionDate, kSWVersionReadFailure, BOOST_CURRENT_FUNCTION);
 }
 
 std::string IProductInfo::getSubmicomVersion() {
-    throwIfUninitialized();
-    return readString(kKeySubmicomVersion, "Unable to read SW version from system-info", BOOST_CURRENT_FUNCTION);
+    return readGuarded(kKeySubmicomVersion, kSWVersionReadFailure, BOOST_CURRENT_FUNCTION);
 }
 
 std::string IProductInfo::getPlatformType() {
-    throwIfUninitialized();
-    return readString(kKeyPlatformType, "Unable to read platform type from system-info", BOOST_CURRENT_FUNCTION);
+    return readGuarded(kKeyPlatformType, "Unable to read platform type from system-info", BOOST_CURRENT_FUNCTION);
 }
 
 std::string IProductInfo::getChipsetType() {
-    throwIfUninitialized();
-    return readString(kKeyChipsetType, "Unable to read chipset type from system-info", BOOST_CURRENT_FUNCTION);
+    return readGuarded(kKeyChipsetType, "Unable to read chipset type from system-info", BOOST_CURRENT_FUNCTION);
 }
 
 std::string IProductInfo::getModelLine() {
-    throwIfUninitialized();
-    std::string modelLine = readString(kKeyModelLine, "Unable to read model line from system-info", BOOST_CURRENT_FUNCTION);
+    const std::string modelLine =
+        readGuarded(kKeyModelLine, "Unable to read model line from system-info", BOOST_CURRENT_FUNCTION);
     if (modelLine == kChinaModelLine) {
-        modelLine = readString(kKeyChinaModelLine, "Unable to read china model line from system-info", BOOST_CURRENT_FUNCTION);
+        return readString(kKeyChinaModelLine, "Unable to read china model line from system-info", BOOST_CURRENT_FUNCTION);
     }
     return modelLine;
 }
 
 std::string IProductInfo::getLocalset() {
-    throwIfUninitialized();
-    return readString(kKeyLocalset, "Unable to read localset from system-info", BOOST_CURRENT_FUNCTION);
+    return readGuarded(kKeyLocalset, "Unable to read localset from system-info", BOOST_CURRENT_FUNCTION);
 }
 
 boost::filesystem::path IProductInfo::getPartitionTxtFilePath() {
-    throwIfUninitialized();
     const boost::filesystem::path path(
-        readString(kKeyPartitionTxtFilePath, "Unable to read partition file path from system-info", BOOST_CURRENT_FUNCTION));
+        readGuarded(kKeyPartitionTxtFilePath, "Unable to read partition file path from system-info", BOOST_CURRENT_FUNCTION));
     ORVO_LOG(INF, "Partition.txt file path is: %s", path.string().c_str());
     return path;
 }

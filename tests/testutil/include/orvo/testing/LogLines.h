@@ -7,8 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace Orvo {
-namespace Testing {
+namespace Orvo::Testing {
 
 // One dlog record of the application, its line taken apart:
 // "[<module>][<tid> <thread name>][<sequence>][<level>] <text>".
@@ -42,5 +41,4 @@ std::vector<std::string> loggedMessages(const TestDevice& device, int buffer);
 // "<tid> <name>" of the calling thread, as the log writes it.
 std::string currentThreadText();
 
-} // namespace Testing
-} // namespace Orvo
+} // namespace Orvo::Testing

@@ -5,8 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace Orvo {
-namespace Testing {
+namespace Orvo::Testing {
 
 struct ProcessResult {
     int exitCode = -1;  // the exit status, or 128 + signal number when the process was killed
@@ -23,5 +22,4 @@ ProcessResult runProcess(const std::vector<std::string>& argv, const std::string
 // The build tree's bin/<name>: tools are built next to the test executables.
 std::string toolPath(const std::string& name);
 
-} // namespace Testing
-} // namespace Orvo
+} // namespace Orvo::Testing

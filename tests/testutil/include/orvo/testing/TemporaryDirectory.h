@@ -3,8 +3,7 @@
 
 #include <string>
 
-namespace Orvo {
-namespace Testing {
+namespace Orvo::Testing {
 
 class TemporaryDirectory {
 public:
@@ -20,5 +19,4 @@ private:
     std::string m_path;
 };
 
-} // namespace Testing
-} // namespace Orvo
+} // namespace Orvo::Testing

@@ -7,8 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace Orvo {
-namespace Testing {
+namespace Orvo::Testing {
 
 class TemporaryDirectory;
 
@@ -50,5 +49,4 @@ private:
     std::string m_previousDeviceDir;
 };
 
-} // namespace Testing
-} // namespace Orvo
+} // namespace Orvo::Testing
