@@ -3,8 +3,7 @@
 
 #include <gtest/gtest.h>
 
-// Without -d, dlogutil prints what is appended to its buffers (here, once it has shown the first
-// record) until a signal stops it.
+// Without -d, dlogutil prints what is appended to its buffers until a signal stops it.
 TEST(DlogutilFollowTest, PrintsNewRecordsAsTheyComeAndStopsCleanlyOnSignals)
 {
     const Orvo::Testing::TestDevice device;

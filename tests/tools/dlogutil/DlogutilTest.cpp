@@ -6,59 +6,47 @@
 #include <algorithm>
 #include <fstream>
 
-namespace {
-
-using Orvo::Testing::ProcessResult;
 using Lines = std::vector<std::pair<std::string, std::string>>;  // buffer, line of its log file
 
 // A record in the device's own format, so that its time is known; \n, \t and \\ are escaped there.
-std::string record(const std::string& time, int priority, const std::string& tag, const std::string& message)
+static std::string record(const std::string& time, int priority, const std::string& tag, const std::string& message)
 {
     return time + "\t321\t654\t" + std::to_string(priority) + "\t" + tag + "\t" + message;
 }
 
-ProcessResult dlogutil(std::vector<std::string> args)
+static Orvo::Testing::ProcessResult dlogutil(std::vector<std::string> args)
 {
     args.insert(args.begin(), Orvo::Testing::toolPath("dlogutil"));
     return Orvo::Testing::runProcess(args, "", {{"TZ", "UTC"}});
 }
 
 // What `dlogutil -d <args>` prints on a device whose logs hold the lines; it must succeed quietly.
-std::string dump(const Lines& lines, std::vector<std::string> args)
+static std::string dump(const Lines& lines, std::vector<std::string> args)
 {
     const Orvo::Testing::TestDevice device;
     for (const auto& [buffer, line] : lines)
         std::ofstream(device.dir() + "/log/" + buffer + ".log", std::ios::app) << line << "\n";
     args.insert(args.begin(), "-d");
-    const ProcessResult result = dlogutil(args);
+    const auto result = dlogutil(args);
     EXPECT_EQ(0, result.exitCode) << result.err;
     EXPECT_EQ("", result.err);
     return result.out;
 }
 
-TEST(Dlogutil, PrintsTheChosenBuffersMergedInTimeOrderSkippingWhatIsNoRecord)
+TEST(Dlogutil, PrintsTheChosenBuffersAndPrioritiesMergedInTimeOrder)
 {
-    const Lines lines = {{"main", record("100.000000002", 4, "T", "main second")}, {"main", "not a record"},
-                         {"main", record("300.000000000", 4, "T", "main fourth")},
-                         {"radio", record("150.000000000", 4, "T", "unchosen")},
-                         {"system", record("100.000000001", 4, "T", "system first")},
-                         {"system", record("200.000000000", 4, "T", "system third")}};
-    EXPECT_EQ("main second\nmain fourth\n", dump(lines, {"-v", "raw"}));
-    EXPECT_EQ("system first\nmain second\nsystem third\nmain fourth\n",
-              dump(lines, {"-b", "main", "-b", "system", "-b", "system", "-v", "raw"}));
-}
-
-TEST(Dlogutil, FiltersByTagAndPriority)
-{
-    Lines lines;
+    Lines lines = {{"main", "not a record"}, {"system", record("5.000000001", 4, "S", "S/4")},
+                   {"radio", record("6.000000000", 4, "R", "R/4")}};
     for (const std::string message : {"A/2", "A/3", "A/4", "A/6", "B/3", "B/5", "C/7"}) {  // tag/priority
-        const std::string time = std::to_string(lines.size() + 1) + ".000000000";
+        const std::string time = std::to_string(lines.size()) + ".000000002";
         lines.push_back({"main", record(time, message[2] - '0', message.substr(0, 1), message)});
     }
     const std::vector<std::pair<std::vector<std::string>, std::string>> rows = {
-        {{"-v", "raw"}, "A/4\nA/6\nB/5\nC/7\n"}, {{"-v", "raw", "A:E"}, "A/6\n"},
-        {{"-v", "raw", "A:D", "*:W"}, "A/3\nA/4\nA/6\nB/5\nC/7\n"}, {{"-v", "raw", "B"}, "B/3\nB/5\n"},
-        {{"-v", "raw", "*:F"}, "C/7\n"}, {{"-v", "raw", "*:S", "A:V"}, "A/2\nA/3\nA/4\nA/6\n"}, {{"-v", "raw", "A:S"}, ""}};
+        {{"-v", "raw"}, "A/4\nA/6\nB/5\nC/7\n"},
+        {{"-b", "system", "-b", "main", "-b", "system", "-v", "raw"}, "S/4\nA/4\nA/6\nB/5\nC/7\n"},
+        {{"-v", "raw", "A:E"}, "A/6\n"}, {{"-v", "raw", "A:D", "*:W"}, "A/3\nA/4\nA/6\nB/5\nC/7\n"},
+        {{"-v", "raw", "B"}, "B/3\nB/5\n"}, {{"-v", "raw", "*:F"}, "C/7\n"},
+        {{"-v", "raw", "*:S", "A:V"}, "A/2\nA/3\nA/4\nA/6\n"}, {{"-v", "raw", "A:S"}, ""}};
     for (const auto& [args, printed] : rows)
         EXPECT_EQ(printed, dump(lines, args)) << ::testing::PrintToString(args);
 }
@@ -72,8 +60,7 @@ TEST(Dlogutil, FormatsBriefThreadtimeAndEscapedJson)
                         "quote \" nl\\n tab\\t bs\\\\ bell \x07 del \x7f e\xc3\xa9 bad \xff \xc3 end")},
         {"apps", record("1700000000.500000000", 4, "T", "surrogate \xed\xa0\x80 overlong \xc0\xaf emoji \xf0\x9f\x98\x80")}};
     EXPECT_EQ("I/orvotv.Orvo(321): one\ntwo\tend\\\nE/X(321): bad\n", dump(lines, {}));
-    EXPECT_EQ("01-02 00:00:00.123   321   654 I orvotv.Orvo: one\ntwo\tend\\\n"
-              "01-02 00:00:01.000   321   654 E X: bad\n",
+    EXPECT_EQ("01-02 00:00:00.123   321   654 I orvotv.Orvo: one\ntwo\tend\\\n01-02 00:00:01.000   321   654 E X: bad\n",
               dump(lines, {"-v", "threadtime"}));
     EXPECT_EQ("{\"time\":\"2023-11-14T22:13:20.000000042Z\",\"pid\":321,\"tid\":654,\"buffer\":\"apps\","
               "\"priority\":5,\"tag\":\"tag \\\"q\\\"\",\"message\":\"quote \\\" nl\\n tab\\t bs\\\\ "
@@ -88,10 +75,8 @@ TEST(Dlogutil, InvalidArgumentsAreOneLineErrors)
 {
     for (const std::vector<std::string>& args : std::vector<std::vector<std::string>>{
              {"-d", "-b", "events"}, {"-d", "-v", "long"}, {"-d", "A:X"}, {"-d", ":I"}, {"-d", "-x"}}) {
-        const ProcessResult result = dlogutil(args);
+        const auto result = dlogutil(args);
         EXPECT_NE(0, result.exitCode) << args.back();
         EXPECT_EQ(1, std::count(result.err.begin(), result.err.end(), '\n')) << result.out << result.err;
     }
 }
-
-} // namespace

@@ -6,9 +6,8 @@
 
 #include <algorithm>
 
-using Orvo::Testing::ProcessResult;
 
-static ProcessResult vconftool(std::vector<std::string> args)
+static Orvo::Testing::ProcessResult vconftool(std::vector<std::string> args)
 {
     args.insert(args.begin(), Orvo::Testing::toolPath("vconftool"));
     return Orvo::Testing::runProcess(args);
@@ -17,7 +16,7 @@ static ProcessResult vconftool(std::vector<std::string> args)
 // The output of a command that must succeed quietly.
 static std::string succeed(const std::vector<std::string>& args)
 {
-    const ProcessResult result = vconftool(args);
+    const auto result = vconftool(args);
     EXPECT_EQ(0, result.exitCode) << result.err;
     return result.out + result.err;
 }
@@ -44,12 +43,12 @@ TEST(Vconftool, SetsGetsAndUnsetsEachTypeSeenAtOnceByTheLibraryAndReportsErrorsI
     EXPECT_EQ(-1, vconf_get_int("db/t/shared", &value));
     // Invalid command lines and failed calls are one-line errors.
     for (const std::vector<std::string>& args : std::vector<std::vector<std::string>>{
-             {}, {"frobnicate"}, {"set", "-t", "int", "db/t/x", "12abc"}, {"set", "-t", "int", "db/t/x", "99999999999"},
-             {"set", "-t", "bool", "db/t/x", "yes"}, {"set", "-t", "double", "db/t/x", "1,5"},
-             {"set", "-t", "float", "db/t/x", "1"}, {"set", "-t", "int", "db/t/x"}, {"set", "db/t/x", "1"},
-             {"set", "-t", "int", "db/t/x", "1", "2"}, {"set", "-t", "int", "settings/x", "1"},
-             {"set", "-t", "string", "db/t/x", std::string(4097, 'v')}, {"get"}, {"get", "db/t/x"}, {"unset", "db/t/x"}}) {
-        const ProcessResult result = vconftool(args);
+             {}, {"frobnicate"}, {"set", "-t", "int", "db/t/x", "12abc"}, {"set", "-t", "int", "db/x", "99999999999"},
+             {"set", "-t", "bool", "db/x", "yes"}, {"set", "-t", "double", "db/x", "1,5"}, {"set", "-t", "float", "db/x", "1"},
+             {"set", "-t", "int", "db/x"}, {"set", "db/x", "1"}, {"set", "-t", "int", "db/x", "1", "2"},
+             {"set", "-t", "int", "settings/x", "1"}, {"set", "-t", "string", "db/x", std::string(4097, 'v')}, {"get"},
+             {"get", "db/t/x"}, {"get", "db/x"}, {"unset", "db/t/x"}}) {
+        const auto result = vconftool(args);
         EXPECT_NE(0, result.exitCode) << ::testing::PrintToString(args).substr(0, 60);
         EXPECT_EQ("", result.out);
         EXPECT_EQ(0u, result.err.find("vconftool: ")) << result.err;
