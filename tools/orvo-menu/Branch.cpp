@@ -3,7 +3,7 @@
 #include "Language.h"
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 const std::vector<MenuItem>& menuItems() {
@@ -88,5 +88,5 @@ std::string richTextToPlain(const std::string& text) {
 }
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

@@ -9,7 +9,7 @@
 #include <vector>
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 constexpr const char* kBranchId = "menu/support/softwareupdate";
@@ -68,5 +68,5 @@ BranchView readBranch(const Provider& provider);
 std::string richTextToPlain(const std::string& text);
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

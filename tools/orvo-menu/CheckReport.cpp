@@ -3,7 +3,7 @@
 #include <ostream>
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 namespace {
@@ -47,5 +47,5 @@ std::string describeOut(int result, const char* out, const char* preset) {
 }
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

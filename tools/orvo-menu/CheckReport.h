@@ -6,7 +6,7 @@
 #include <string>
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 class CheckReport {
@@ -33,5 +33,5 @@ std::string describeOut(int result, const char* out, const char* preset);
 std::string quoted(const char* text);
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

@@ -8,7 +8,7 @@
 #include <ostream>
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 namespace {
@@ -87,5 +87,5 @@ int runContractCheck(const PluginLibrary& library, std::ostream& out) {
 }
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

@@ -7,7 +7,7 @@
 #include <iosfwd>
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 // Prints one line per check and a summary; returns 0 when nothing violated the contract, 1
@@ -15,5 +15,5 @@ namespace MenuHost {
 int runContractCheck(const PluginLibrary& library, std::ostream& out);
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

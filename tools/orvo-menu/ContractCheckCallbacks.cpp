@@ -8,7 +8,7 @@
 #include <vector>
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 namespace {
@@ -229,5 +229,5 @@ void CallbackChecks::properties() const {
 }
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

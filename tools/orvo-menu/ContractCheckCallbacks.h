@@ -5,7 +5,7 @@
 #include "Provider.h"
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 struct CallbackChecks {
@@ -24,5 +24,5 @@ struct CallbackChecks {
 };
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

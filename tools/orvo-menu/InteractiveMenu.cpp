@@ -9,7 +9,7 @@
 #include <vector>
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 namespace {
@@ -117,5 +117,5 @@ int runInteractiveMenu(const Provider& provider, Terminal& terminal) {
 }
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

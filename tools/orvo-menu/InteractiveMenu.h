@@ -9,7 +9,7 @@
 #include <string>
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 struct MenuScreen {
@@ -25,5 +25,5 @@ std::string renderScreen(const MenuScreen& screen, std::size_t columns, std::siz
 int runInteractiveMenu(const Provider& provider, Terminal& terminal);
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

@@ -3,7 +3,7 @@
 #include <cstdio>
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 namespace {
@@ -109,5 +109,5 @@ std::string branchToJson(const BranchView& view, const std::string& pluginPath) 
 }
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

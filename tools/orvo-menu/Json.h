@@ -6,7 +6,7 @@
 #include <string>
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 // A JSON string literal, quotes included. Control characters are escaped; bytes that are not
@@ -16,5 +16,5 @@ std::string jsonString(const std::string& text);
 std::string branchToJson(const BranchView& view, const std::string& pluginPath);
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

@@ -9,7 +9,7 @@
 #include <cstdlib>
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 void selectLanguage(const std::string& language) {
@@ -57,5 +57,5 @@ std::string nextLanguage(const std::vector<std::string>& languages, const std::s
 std::string translate(const std::string& messageId) { return dgettext(kTextDomain, messageId.c_str()); }
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

@@ -7,7 +7,7 @@
 #include <vector>
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 // The plug-in's text domain, in which the host also translates state message ids.
@@ -28,5 +28,5 @@ std::string nextLanguage(const std::vector<std::string>& languages, const std::s
 std::string translate(const std::string& messageId);
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

@@ -3,7 +3,7 @@
 #include <cstdlib>
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 const char* const kUsage = R"(Usage: orvo-menu [OPTIONS] [COMMAND [ARGUMENTS]]
@@ -119,5 +119,5 @@ Options parseOptions(const std::vector<std::string>& arguments) {
 }
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

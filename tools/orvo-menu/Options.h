@@ -7,7 +7,7 @@
 #include <vector>
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 class UsageError : public std::runtime_error {
@@ -32,5 +32,5 @@ Options parseOptions(const std::vector<std::string>& arguments);
 extern const char* const kUsage;
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

@@ -6,7 +6,7 @@
 #include <vector>
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 namespace {
@@ -52,5 +52,5 @@ PluginLibrary::PluginLibrary(const std::string& path) : path_(path) {
 PluginLibrary::~PluginLibrary() { dlclose(handle_); }
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

@@ -8,7 +8,7 @@
 #include <string>
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 // The symbol version node both entry points are bound to.
@@ -43,5 +43,5 @@ private:
 };
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

@@ -4,7 +4,7 @@
 #include <cstring>
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 Provider::Provider(const PluginLibrary& library) : library_(library) {
@@ -85,5 +85,5 @@ bool Provider::keyEvent(const std::string& keyName) const {
 }
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

@@ -9,7 +9,7 @@
 #include <string>
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 // getValueText writes into a buffer of this size that the host passes in *out.
@@ -61,5 +61,5 @@ private:
 };
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

@@ -1,7 +1,7 @@
 #include "ProviderRecord.h"
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 const char* slotName(Slot slot) {
@@ -27,5 +27,5 @@ bool isKnownSlot(std::size_t index) {
 }
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

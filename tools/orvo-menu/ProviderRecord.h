@@ -6,7 +6,7 @@
 #include <cstddef>
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 constexpr std::size_t kSlotCount = 51;
@@ -54,5 +54,5 @@ Fn slotFunction(const ProviderRecord& record, Slot slot) {
 }
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

@@ -12,7 +12,7 @@
 #include <sstream>
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 namespace {
@@ -123,5 +123,5 @@ int runScript(const Provider& provider, const std::vector<ScriptAction>& actions
 }
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

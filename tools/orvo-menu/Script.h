@@ -22,7 +22,7 @@
 #include <vector>
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 class ScriptError : public std::runtime_error {
@@ -45,5 +45,5 @@ int runScript(const Provider& provider, const std::vector<ScriptAction>& actions
               std::ostream& errors, std::size_t width);
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

@@ -9,7 +9,7 @@
 #include <stdexcept>
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 namespace {
@@ -142,5 +142,5 @@ void Terminal::write(const std::string& text) {
 }
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

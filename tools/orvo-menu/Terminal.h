@@ -9,7 +9,7 @@
 #include <string>
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 enum class KeyType { Character, Up, Down, Enter, Escape, Interrupt, Other };
@@ -49,5 +49,5 @@ private:
 };
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

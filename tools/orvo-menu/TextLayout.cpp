@@ -1,7 +1,7 @@
 #include "TextLayout.h"
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 namespace {
@@ -77,5 +77,5 @@ std::string joinWithLeader(const std::string& left, const std::string& right, st
 std::string clipToWidth(const std::string& text, std::size_t width) { return text.substr(0, prefixBytes(text, width)); }
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

@@ -6,7 +6,7 @@
 #include <vector>
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 std::size_t displayWidth(const std::string& text);
@@ -22,5 +22,5 @@ std::string joinWithLeader(const std::string& left, const std::string& right, st
 std::string clipToWidth(const std::string& text, std::size_t width);
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

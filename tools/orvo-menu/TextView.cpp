@@ -5,7 +5,7 @@
 #include <algorithm>
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 namespace {
@@ -78,5 +78,5 @@ std::string renderBranch(const BranchView& view, std::size_t width) {
 }
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

@@ -7,7 +7,7 @@
 #include <string>
 
 namespace Orvo {
-namespace Emulator {
+namespace Tools {
 namespace MenuHost {
 
 // What the host shows for a string call: the text, or why there is none.
@@ -21,5 +21,5 @@ std::string renderBranch(const BranchView& view, std::size_t width);
 std::string renderItem(const ItemView& item, std::size_t width);
 
 } // namespace MenuHost
-} // namespace Emulator
+} // namespace Tools
 } // namespace Orvo

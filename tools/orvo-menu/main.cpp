@@ -19,7 +19,7 @@
 #include <string>
 #include <vector>
 
-using namespace Orvo::Emulator::MenuHost;
+using namespace Orvo::Tools::MenuHost;
 
 namespace {
 

@@ -18,7 +18,7 @@
 namespace Orvo::Testing {
 namespace {
 
-using namespace Emulator::MenuHost;
+using namespace Tools::MenuHost;
 
 constexpr const char* kModelSearch = "menu/support/softwareupdate/searchmodels";
 constexpr const char* kAutoUpdate = "db/menu/support/softwareupdate/autoupdate";

@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-namespace Orvo::Emulator::MenuHost {
+namespace Orvo::Tools::MenuHost {
 
 // One read may deliver several keys; unknown control sequences are skipped whole.
 TEST(OrvoMenuKeys, DecodesEveryKeyOfOneRead) {
@@ -65,4 +65,4 @@ TEST(OrvoMenuOptions, RejectsMisuse) {
     for (const auto& misuse : misuses) EXPECT_THROW(parseOptions(misuse), UsageError) << misuse.back();
 }
 
-} // namespace Orvo::Emulator::MenuHost
+} // namespace Orvo::Tools::MenuHost

@@ -5,7 +5,7 @@
 
 #include <tuple>
 
-namespace Orvo::Emulator::MenuHost {
+namespace Orvo::Tools::MenuHost {
 
 TEST(OrvoMenuTextLayout, WrapsCodePointsAtBlanksKeepingLineBreaks) {
     const std::tuple<std::string, std::size_t, std::vector<std::string>> rows[] = {
@@ -38,4 +38,4 @@ TEST(OrvoMenuJson, EscapesControlCharactersAndReplacesInvalidUtf8) {
     for (const auto& row : rows) EXPECT_EQ(jsonString(row.first), row.second);
 }
 
-} // namespace Orvo::Emulator::MenuHost
+} // namespace Orvo::Tools::MenuHost
