@@ -35,8 +35,8 @@ TEST(UpgradeTypeDeathTest, EachTypeHasItsTextOtherValuesStopTheProgram) {
 
 TEST(ParseVersionTest, SplitsAtTheFirstDotIntoTwoInts) {
     const std::pair<const char*, std::pair<int, int>> wellFormed[] = {
-        {"1302.5", {1302, 5}}, {"1302", {1302, 0}}, {"-7.1", {-7, 1}}, {"+3.-2", {3, -2}}, {"007.010", {7, 10}},
-        {"2147483647.-2147483648", {INT_MAX, INT_MIN}}};
+        {"1302.5", {1302, 5}}, {"1302", {1302, 0}},  {"-7.1", {-7, 1}},
+        {"+3.-2", {3, -2}},    {"007.010", {7, 10}}, {"2147483647.-2147483648", {INT_MAX, INT_MIN}}};
     for (const auto& [text, expected] : wellFormed) {
         std::pair<int, int> parsed(12345, 12345);
         parseVersion(text, parsed.first, parsed.second);
@@ -51,9 +51,9 @@ TEST(ParseVersionTest, SplitsAtTheFirstDotIntoTwoInts) {
 
 TEST(VersionStringForUITest, ShowsTheMajorNumberOrLogsAtFatalAndReturnsTheInput) {
     TestDevice device;
-    for (const auto& [version, shown] : {std::make_pair("1302.5", "1302"), std::make_pair("-7", "-7"),
-                                         std::make_pair("+0012.9", "12"), std::make_pair("abc", "abc"),
-                                         std::make_pair("", "")}) {
+    for (const auto& [version, shown] :
+         {std::make_pair("1302.5", "1302"), std::make_pair("-7", "-7"), std::make_pair("+0012.9", "12"),
+          std::make_pair("abc", "abc"), std::make_pair("", "")}) {
         EXPECT_EQ(versionStringForUI(version), shown);
     }
     const std::vector<LogLine> lines = logLines(device, LOG_ID_SYSTEM);

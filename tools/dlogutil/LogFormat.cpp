@@ -11,8 +11,7 @@ namespace {
 
 // The length of the valid UTF-8 sequence at text[i], or 0 when the bytes there are not one
 // (overlong forms, surrogates and code points above U+10FFFF included).
-std::size_t utf8SequenceLength(const std::string& text, std::size_t i)
-{
+std::size_t utf8SequenceLength(const std::string& text, std::size_t i) {
     const auto byte = [&](std::size_t k) { return static_cast<unsigned char>(text[k]); };
     const unsigned char lead = byte(i);
     std::size_t length = 0;
@@ -31,46 +30,42 @@ std::size_t utf8SequenceLength(const std::string& text, std::size_t i)
     } else {
         return 0;
     }
-    if (i + length > text.size() || byte(i + 1) < low || byte(i + 1) > high)
-        return 0;
+    if (i + length > text.size() || byte(i + 1) < low || byte(i + 1) > high) return 0;
     for (std::size_t k = i + 2; k < i + length; ++k)
-        if (byte(k) < 0x80 || byte(k) > 0xBF)
-            return 0;
+        if (byte(k) < 0x80 || byte(k) > 0xBF) return 0;
     return length;
 }
 
-std::string jsonTime(const LogRecord& record)
-{
+std::string jsonTime(const LogRecord& record) {
     const std::time_t seconds = static_cast<std::time_t>(record.seconds);
     std::tm utc{};
-    if (::gmtime_r(&seconds, &utc) == nullptr)
-        return std::to_string(record.seconds);
+    if (::gmtime_r(&seconds, &utc) == nullptr) return std::to_string(record.seconds);
     char text[64];
     std::snprintf(text, sizeof text, "%04d-%02d-%02dT%02d:%02d:%02d.%09dZ", utc.tm_year + 1900, utc.tm_mon + 1,
                   utc.tm_mday, utc.tm_hour, utc.tm_min, utc.tm_sec, static_cast<int>(record.nanoseconds));
     return text;
 }
 
-std::string threadTimeHead(const LogRecord& record)
-{
+std::string threadTimeHead(const LogRecord& record) {
     const std::time_t seconds = static_cast<std::time_t>(record.seconds);
     std::tm local{};
     ::localtime_r(&seconds, &local);
     char text[96];
     std::snprintf(text, sizeof text, "%02d-%02d %02d:%02d:%02d.%03d %5d %5d %c ", local.tm_mon + 1, local.tm_mday,
-                  local.tm_hour, local.tm_min, local.tm_sec, static_cast<int>(record.nanoseconds / 1000000),
-                  record.pid, record.tid, priorityLetter(record.priority));
+                  local.tm_hour, local.tm_min, local.tm_sec, static_cast<int>(record.nanoseconds / 1000000), record.pid,
+                  record.tid, priorityLetter(record.priority));
     return text;
 }
 
 } // namespace
 
-bool parseLogFormat(const std::string& name, LogFormat& format)
-{
+bool parseLogFormat(const std::string& name, LogFormat& format) {
     const struct {
         const char* name;
         LogFormat format;
-    } formats[] = {{"brief", LogFormat::Brief}, {"threadtime", LogFormat::ThreadTime}, {"raw", LogFormat::Raw},
+    } formats[] = {{"brief", LogFormat::Brief},
+                   {"threadtime", LogFormat::ThreadTime},
+                   {"raw", LogFormat::Raw},
                    {"json", LogFormat::Json}};
     for (const auto& candidate : formats) {
         if (name == candidate.name) {
@@ -81,8 +76,7 @@ bool parseLogFormat(const std::string& name, LogFormat& format)
     return false;
 }
 
-std::string jsonString(const std::string& text)
-{
+std::string jsonString(const std::string& text) {
     std::string out = "\"";
     for (std::size_t i = 0; i < text.size();) {
         const unsigned char c = static_cast<unsigned char>(text[i]);
@@ -122,8 +116,7 @@ std::string jsonString(const std::string& text)
     return out + "\"";
 }
 
-std::string formatLogRecord(const LogRecord& record, LogFormat format)
-{
+std::string formatLogRecord(const LogRecord& record, LogFormat format) {
     switch (format) {
     case LogFormat::Brief:
         return std::string(1, priorityLetter(record.priority)) + "/" + record.tag + "(" + std::to_string(record.pid) +

@@ -41,10 +41,7 @@ const long kPollIntervalNanoseconds = 100 * 1000 * 1000;
 
 volatile std::sig_atomic_t stopRequested = 0;
 
-void requestStop(int)
-{
-    stopRequested = 1;
-}
+void requestStop(int) { stopRequested = 1; }
 
 struct Options {
     bool dumpOnly = false;
@@ -54,15 +51,12 @@ struct Options {
     bool help = false;
 };
 
-std::string nextArgument(const std::vector<std::string>& args, std::size_t& i)
-{
-    if (++i == args.size())
-        throw std::invalid_argument(args[i - 1] + " needs a value");
+std::string nextArgument(const std::vector<std::string>& args, std::size_t& i) {
+    if (++i == args.size()) throw std::invalid_argument(args[i - 1] + " needs a value");
     return args[i];
 }
 
-Options parseOptions(const std::vector<std::string>& args)
-{
+Options parseOptions(const std::vector<std::string>& args) {
     Options options;
     for (std::size_t i = 0; i < args.size(); ++i) {
         const std::string& arg = args[i];
@@ -87,21 +81,17 @@ Options parseOptions(const std::vector<std::string>& args)
             options.filterSpecs.push_back(arg);
         }
     }
-    if (options.buffers.empty())
-        options.buffers.push_back(0);
+    if (options.buffers.empty()) options.buffers.push_back(0);
     return options;
 }
 
 class BufferReader {
 public:
     BufferReader(const std::string& deviceDir, const std::vector<int>& buffers)
-        : m_deviceDir(deviceDir), m_buffers(buffers), m_offsets(buffers.size(), 0)
-    {
-    }
+        : m_deviceDir(deviceDir), m_buffers(buffers), m_offsets(buffers.size(), 0) {}
 
     // The records appended to the buffers since the last call, merged in time order.
-    std::vector<LogRecord> readNew()
-    {
+    std::vector<LogRecord> readNew() {
         std::vector<LogRecord> records;
         for (std::size_t i = 0; i < m_buffers.size(); ++i) {
             std::vector<LogRecord> more = Orvo::Emulator::readLogRecords(m_deviceDir, m_buffers[i], m_offsets[i]);
@@ -120,8 +110,7 @@ private:
 };
 
 void print(const std::vector<LogRecord>& records, const Orvo::Emulator::LogFilter& filter,
-           Orvo::Emulator::LogFormat format)
-{
+           Orvo::Emulator::LogFormat format) {
     for (const LogRecord& record : records) {
         if (filter.accepts(record.tag, record.priority)) {
             const std::string text = Orvo::Emulator::formatLogRecord(record, format);
@@ -131,8 +120,7 @@ void print(const std::vector<LogRecord>& records, const Orvo::Emulator::LogFilte
     std::fflush(stdout);
 }
 
-void installStopHandlers()
-{
+void installStopHandlers() {
     struct sigaction action {};
     action.sa_handler = requestStop;
     sigemptyset(&action.sa_mask);
@@ -140,8 +128,7 @@ void installStopHandlers()
     ::sigaction(SIGTERM, &action, nullptr);
 }
 
-int run(const std::vector<std::string>& args)
-{
+int run(const std::vector<std::string>& args) {
     const Options options = parseOptions(args);
     if (options.help) {
         std::fputs(kUsage, stdout);
@@ -161,8 +148,7 @@ int run(const std::vector<std::string>& args)
 
 } // namespace
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     try {
         return run(std::vector<std::string>(argv + 1, argv + argc));
     } catch (const std::invalid_argument& error) {

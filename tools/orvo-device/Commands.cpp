@@ -22,8 +22,7 @@ struct ParsedArguments {
     std::vector<std::pair<std::string, std::string>> options;
 };
 
-ParsedArguments parseArguments(const Arguments& args, const std::vector<std::string>& valueOptions)
-{
+ParsedArguments parseArguments(const Arguments& args, const std::vector<std::string>& valueOptions) {
     ParsedArguments parsed;
     for (std::size_t i = 0; i < args.size(); ++i) {
         const std::string& arg = args[i];
@@ -50,8 +49,7 @@ ParsedArguments parseArguments(const Arguments& args, const std::vector<std::str
     return parsed;
 }
 
-std::string optionalDirectory(const Arguments& args)
-{
+std::string optionalDirectory(const Arguments& args) {
     const ParsedArguments parsed = parseArguments(args, {});
     if (parsed.positional.size() > 1) {
         throw UsageError("too many arguments");
@@ -61,8 +59,7 @@ std::string optionalDirectory(const Arguments& args)
 
 } // namespace
 
-int createCommand(const Arguments& args)
-{
+int createCommand(const Arguments& args) {
     const ParsedArguments parsed = parseArguments(args, {"--profile"});
     if (parsed.positional.size() != 1) {
         throw UsageError(parsed.positional.empty() ? "missing device directory" : "too many arguments");
@@ -73,8 +70,7 @@ int createCommand(const Arguments& args)
     return 0;
 }
 
-int runCommand(const Arguments& args)
-{
+int runCommand(const Arguments& args) {
     std::string deviceDir;
     std::size_t i = 0;
     for (; i < args.size() && args[i] != "--" && args[i].compare(0, 1, "-") == 0; ++i) {
@@ -99,7 +95,8 @@ int runCommand(const Arguments& args)
         enterSandbox(deviceDir);
     } catch (const std::exception& e) {
         throw std::runtime_error(std::string("cannot enter the device sandbox (it needs root or "
-                                             "unprivileged user namespaces): ") + e.what());
+                                             "unprivileged user namespaces): ") +
+                                 e.what());
     }
     std::vector<char*> argv;
     for (; i < args.size(); ++i) {
@@ -112,16 +109,14 @@ int runCommand(const Arguments& args)
     return error == ENOENT ? 127 : 126;
 }
 
-int rebootCommand(const Arguments& args)
-{
+int rebootCommand(const Arguments& args) {
     const std::string deviceDir = optionalDirectory(args);
     rebootDevice(deviceDir);
     std::cout << "Rebooted the device in " << deviceDir << "\n";
     return 0;
 }
 
-int profilesCommand(const Arguments& args)
-{
+int profilesCommand(const Arguments& args) {
     if (!args.empty()) {
         throw UsageError("profiles takes no arguments");
     }
@@ -135,8 +130,7 @@ int profilesCommand(const Arguments& args)
     return 0;
 }
 
-int showCommand(const Arguments& args)
-{
+int showCommand(const Arguments& args) {
     const std::string deviceDir = optionalDirectory(args);
     if (::access((deviceDir + "/device.conf").c_str(), R_OK) != 0) {
         throw std::runtime_error(deviceDir + " is not a device directory (no device.conf)");

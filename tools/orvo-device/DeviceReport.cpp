@@ -13,22 +13,32 @@ namespace Orvo {
 namespace Emulator {
 namespace {
 
-const std::map<int, const char*>& systemInfoNames()
-{
+const std::map<int, const char*>& systemInfoNames() {
     static const std::map<int, const char*> names = {
-        {0, "model line"},          {8, "build date"},           {77, "product code"},
-        {90, "localset"},           {91, "chipset"},             {128, "software version"},
-        {133, "sub-micom version"}, {301, "partition table"},    {564, "platform type"},
-        {620, "China model line"},  {740, "PANE family"},        {869, "fast USB booting"},
-        {890, "factory OTA"},       {902, "OTN on"},             {903, "OTN server type"},
-        {904, "OTN test server"},   {922, "short OTA duration"}, {923, "fail test"},
+        {0, "model line"},
+        {8, "build date"},
+        {77, "product code"},
+        {90, "localset"},
+        {91, "chipset"},
+        {128, "software version"},
+        {133, "sub-micom version"},
+        {301, "partition table"},
+        {564, "platform type"},
+        {620, "China model line"},
+        {740, "PANE family"},
+        {869, "fast USB booting"},
+        {890, "factory OTA"},
+        {902, "OTN on"},
+        {903, "OTN server type"},
+        {904, "OTN test server"},
+        {922, "short OTA duration"},
+        {923, "fail test"},
         {10130, "hotel OTN update"},
     };
     return names;
 }
 
-std::string describe(const SystemInfoValue& value)
-{
+std::string describe(const SystemInfoValue& value) {
     switch (value.type) {
     case SystemInfoValue::Type::Int:
         return std::to_string(value.intValue);
@@ -47,15 +57,13 @@ std::string describe(const SystemInfoValue& value)
     return "fails with error " + std::to_string(value.errorCode);
 }
 
-void printFacts(std::ostream& out, const std::string& deviceDir)
-{
+void printFacts(std::ostream& out, const std::string& deviceDir) {
     const DeviceConf conf = DeviceConf::load(deviceDir);
     out << "System information (device.conf)\n";
     for (const auto& entry : conf.systemInfo) {
         const auto name = systemInfoNames().find(entry.first);
         char key[64];
-        std::snprintf(key, sizeof key, "%6d %-20s", entry.first,
-                      name == systemInfoNames().end() ? "" : name->second);
+        std::snprintf(key, sizeof key, "%6d %-20s", entry.first, name == systemInfoNames().end() ? "" : name->second);
         out << "  " << key << describe(entry.second) << "\n";
     }
     out << "Platform roots\n";
@@ -65,8 +73,7 @@ void printFacts(std::ostream& out, const std::string& deviceDir)
     out << "Production mode: " << (conf.production ? "yes" : "no") << "\n";
 }
 
-void printSettings(std::ostream& out, const std::string& deviceDir)
-{
+void printSettings(std::ostream& out, const std::string& deviceDir) {
     out << "\nSettings\n";
     for (const std::string& key : listSettings(deviceDir)) {
         Setting setting;
@@ -76,8 +83,7 @@ void printSettings(std::ostream& out, const std::string& deviceDir)
     }
 }
 
-void printLogTail(std::ostream& out, const std::string& deviceDir, std::size_t logTail)
-{
+void printLogTail(std::ostream& out, const std::string& deviceDir, std::size_t logTail) {
     static const char kPriorityLetters[] = "??VDIWEFS";
     const std::vector<LogRecord> records = readLogRecords(deviceDir, 0);
     const std::size_t first = records.size() > logTail ? records.size() - logTail : 0;
@@ -85,20 +91,19 @@ void printLogTail(std::ostream& out, const std::string& deviceDir, std::size_t l
     for (std::size_t i = first; i < records.size(); ++i) {
         const LogRecord& record = records[i];
         const std::time_t seconds = static_cast<std::time_t>(record.seconds);
-        std::tm local {};
+        std::tm local{};
         localtime_r(&seconds, &local);
         char stamp[32];
         std::strftime(stamp, sizeof stamp, "%m-%d %H:%M:%S", &local);
         const int priority = record.priority >= 0 && record.priority <= 8 ? record.priority : 0;
-        out << "  " << stamp << " " << kPriorityLetters[priority] << "/" << record.tag << "("
-            << record.pid << "): " << record.message << "\n";
+        out << "  " << stamp << " " << kPriorityLetters[priority] << "/" << record.tag << "(" << record.pid
+            << "): " << record.message << "\n";
     }
 }
 
 } // namespace
 
-void printDeviceReport(std::ostream& out, const std::string& deviceDir, std::size_t logTail)
-{
+void printDeviceReport(std::ostream& out, const std::string& deviceDir, std::size_t logTail) {
     out << "Device " << deviceDir << "\n\n";
     printFacts(out, deviceDir);
     printSettings(out, deviceDir);

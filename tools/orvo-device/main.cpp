@@ -30,37 +30,40 @@ const char kUsage[] =
     "device, created from the tv profile on first use.\n"
     "Run 'orvo-device COMMAND --help' for the details of one command.\n";
 
-const std::map<std::string, Command>& commands()
-{
+const std::map<std::string, Command>& commands() {
     static const std::map<std::string, Command> table = {
-        {"create", {Orvo::Emulator::createCommand,
-                    "Usage: orvo-device create DIR [--profile NAME]\n"
-                    "Makes DIR a new device from the profile NAME (default tv): its device.conf,\n"
-                    "its files (rootfs/) and its initial settings. DIR must not exist or be empty.\n"
-                    "'orvo-device profiles' lists the profiles.\n"}},
-        {"run", {Orvo::Emulator::runCommand,
-                 "Usage: orvo-device run [--device DIR] -- COMMAND [ARG...]\n"
-                 "Runs COMMAND on the device: in a private mount namespace where /common,\n"
-                 "/mnt/systemrw, /mnt/backup and the system's directories under the platform\n"
-                 "roots (such as /usr/share/orvotv) are the device's, with ORVO_DEVICE_DIR set.\n"
-                 "Exits with the command's status. Needs root or unprivileged user namespaces.\n"}},
-        {"reboot", {Orvo::Emulator::rebootCommand,
-                    "Usage: orvo-device reboot [DIR]\n"
-                    "Reboots the device: its volatile settings (memory/ keys) are cleared, the\n"
-                    "persistent ones (db/, file/) stay.\n"}},
-        {"profiles", {Orvo::Emulator::profilesCommand,
-                      "Usage: orvo-device profiles\n"
-                      "Lists the profiles that 'orvo-device create' accepts.\n"}},
-        {"show", {Orvo::Emulator::showCommand,
-                  "Usage: orvo-device show [DIR]\n"
-                  "Shows the device's system information, platform roots, settings and the\n"
-                  "last records of its main log.\n"}},
+        {"create",
+         {Orvo::Emulator::createCommand,
+          "Usage: orvo-device create DIR [--profile NAME]\n"
+          "Makes DIR a new device from the profile NAME (default tv): its device.conf,\n"
+          "its files (rootfs/) and its initial settings. DIR must not exist or be empty.\n"
+          "'orvo-device profiles' lists the profiles.\n"}},
+        {"run",
+         {Orvo::Emulator::runCommand,
+          "Usage: orvo-device run [--device DIR] -- COMMAND [ARG...]\n"
+          "Runs COMMAND on the device: in a private mount namespace where /common,\n"
+          "/mnt/systemrw, /mnt/backup and the system's directories under the platform\n"
+          "roots (such as /usr/share/orvotv) are the device's, with ORVO_DEVICE_DIR set.\n"
+          "Exits with the command's status. Needs root or unprivileged user namespaces.\n"}},
+        {"reboot",
+         {Orvo::Emulator::rebootCommand,
+          "Usage: orvo-device reboot [DIR]\n"
+          "Reboots the device: its volatile settings (memory/ keys) are cleared, the\n"
+          "persistent ones (db/, file/) stay.\n"}},
+        {"profiles",
+         {Orvo::Emulator::profilesCommand,
+          "Usage: orvo-device profiles\n"
+          "Lists the profiles that 'orvo-device create' accepts.\n"}},
+        {"show",
+         {Orvo::Emulator::showCommand,
+          "Usage: orvo-device show [DIR]\n"
+          "Shows the device's system information, platform roots, settings and the\n"
+          "last records of its main log.\n"}},
     };
     return table;
 }
 
-bool asksForHelp(const Arguments& args)
-{
+bool asksForHelp(const Arguments& args) {
     for (const std::string& arg : args) {
         if (arg == "--") {
             return false;
@@ -74,8 +77,7 @@ bool asksForHelp(const Arguments& args)
 
 } // namespace
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     const Arguments all(argv + 1, argv + argc);
     if (all.empty()) {
         std::cerr << "orvo-device: missing command (see orvo-device --help)\n";
@@ -98,8 +100,7 @@ int main(int argc, char** argv)
     try {
         return command->second.run(args);
     } catch (const Orvo::Emulator::UsageError& e) {
-        std::cerr << "orvo-device " << all[0] << ": " << e.what() << " (see orvo-device " << all[0]
-                  << " --help)\n";
+        std::cerr << "orvo-device " << all[0] << ": " << e.what() << " (see orvo-device " << all[0] << " --help)\n";
         return 2;
     } catch (const std::exception& e) {
         std::cerr << "orvo-device " << all[0] << ": " << e.what() << "\n";

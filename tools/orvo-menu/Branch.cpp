@@ -34,10 +34,14 @@ const char* firstItemOf(ItemKind kind) {
 
 const char* itemKindName(ItemKind kind) {
     switch (kind) {
-    case ItemKind::Branch: return "branch";
-    case ItemKind::Action: return "action";
-    case ItemKind::Value: return "value";
-    case ItemKind::Toggle: return "toggle";
+    case ItemKind::Branch:
+        return "branch";
+    case ItemKind::Action:
+        return "action";
+    case ItemKind::Value:
+        return "value";
+    case ItemKind::Toggle:
+        return "toggle";
     }
     return "?";
 }
@@ -72,7 +76,8 @@ BranchView readBranch(const Provider& provider) {
             view.items.push_back(readItem(provider, item.id));
         }
     }
-    for (const std::string& key : providerPropertyKeys()) view.properties.emplace_back(key, provider.property(key));
+    for (const std::string& key : providerPropertyKeys())
+        view.properties.emplace_back(key, provider.property(key));
     return view;
 }
 

@@ -17,10 +17,10 @@ constexpr const char* kBranchId = "menu/support/softwareupdate";
 constexpr const char* kInfoKey = "XF86Info";
 
 enum class ItemKind {
-    Branch,  // the branch itself: title and description
-    Action,  // a plain entry
-    Value,   // shows a value text (getValueString)
-    Toggle,  // on/off bound to the integer setting named by its identifier
+    Branch, // the branch itself: title and description
+    Action, // a plain entry
+    Value,  // shows a value text (getValueString)
+    Toggle, // on/off bound to the integer setting named by its identifier
 };
 
 struct MenuItem {
@@ -47,10 +47,10 @@ struct ItemView {
     ItemKind kind = ItemKind::Action;
     StringCall title;
     StringCall description;
-    StringCall value;       // Value items
-    StringCall stateId;     // Toggle items: the state's message id
-    std::string stateText;  // ... and its translation (empty when unknown)
-    IntCall setting;        // Toggle items
+    StringCall value;      // Value items
+    StringCall stateId;    // Toggle items: the state's message id
+    std::string stateText; // ... and its translation (empty when unknown)
+    IntCall setting;       // Toggle items
 };
 
 struct BranchView {

@@ -32,9 +32,12 @@ std::string quoted(const char* text) {
     std::size_t count = 0;
     for (const char* c = text; *c != '\0'; ++c, ++count) {
         if (count == kQuoteLimit) return shown + "...\"";
-        if (*c == '\n') shown += "\\n";
-        else if (static_cast<unsigned char>(*c) < 0x20) shown += '?';
-        else shown += *c;
+        if (*c == '\n')
+            shown += "\\n";
+        else if (static_cast<unsigned char>(*c) < 0x20)
+            shown += '?';
+        else
+            shown += *c;
     }
     return shown + '"';
 }

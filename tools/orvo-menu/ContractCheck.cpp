@@ -39,8 +39,8 @@ bool checkLifecycle(const PluginLibrary& library, CheckReport& report) {
         if (library.createProvider()(&record) != 0 || record == nullptr) ++failures;
         if (record != nullptr && library.deleteProvider()(&record) != 0) ++failures;
     }
-    report.expect(std::to_string(kCreateDeleteRounds) + " rounds of create_provider and delete_provider",
-                  failures == 0, std::to_string(failures) + " failures", "no failure");
+    report.expect(std::to_string(kCreateDeleteRounds) + " rounds of create_provider and delete_provider", failures == 0,
+                  std::to_string(failures) + " failures", "no failure");
 
     result = library.deleteProvider()(nullptr);
     report.expect("delete_provider(nullptr)", result == 1, std::to_string(result), "1");

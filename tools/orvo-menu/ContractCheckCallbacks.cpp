@@ -40,7 +40,9 @@ void release(const Provider& provider, const Returned& returned, const char* pre
     if (returned.out != nullptr && returned.out != preset) provider.release(returned.out);
 }
 
-bool startsWith(const std::string& text, const std::string& prefix) { return text.compare(0, prefix.size(), prefix) == 0; }
+bool startsWith(const std::string& text, const std::string& prefix) {
+    return text.compare(0, prefix.size(), prefix) == 0;
+}
 
 StringOutFn stringSlot(const CallbackChecks& checks, Slot slot) {
     const auto function = slotFunction<StringOutFn>(checks.provider.record(), slot);
@@ -74,8 +76,7 @@ void expectUntouched(const CallbackChecks& checks, StringOutFn function, const c
     char hostText[] = "host's own text";
     Returned returned = callOut(function, id, nullptr);
     checks.report.expect(call(name, id, "&null"), returned.code == nullResult && returned.out == nullptr,
-                         describeOut(returned.code, returned.out, nullptr),
-                         std::to_string(nullResult) + ", *out null");
+                         describeOut(returned.code, returned.out, nullptr), std::to_string(nullResult) + ", *out null");
     release(checks.provider, returned, nullptr);
     returned = callOut(function, id, hostText);
     checks.report.expect(call(name, id, "&preset"), returned.code == 0 && returned.out == hostText,
@@ -100,18 +101,22 @@ void CallbackChecks::freeString() const {
 void CallbackChecks::titles() const {
     const StringOutFn function = stringSlot(*this, Slot::GetTitle);
     if (function == nullptr) return;
-    for (const MenuItem& item : menuItems()) expectText(*this, function, "getTitle", item.id, false);
+    for (const MenuItem& item : menuItems())
+        expectText(*this, function, "getTitle", item.id, false);
     expectNullOutRejected(*this, function, "getTitle", kBranchId);
-    for (const char* id : kForeignIds) expectUntouched(*this, function, "getTitle", id, -1);
+    for (const char* id : kForeignIds)
+        expectUntouched(*this, function, "getTitle", id, -1);
 }
 
 void CallbackChecks::descriptions() const {
     const StringOutFn function = stringSlot(*this, Slot::GetDescription);
     if (function == nullptr) return;
-    for (const MenuItem& item : menuItems()) expectText(*this, function, "getDescription", item.id, false);
+    for (const MenuItem& item : menuItems())
+        expectText(*this, function, "getDescription", item.id, false);
     expectNullOutRejected(*this, function, "getDescription", kBranchId);
     // An unknown item still gets the version lines, which may be empty.
-    for (const char* id : kForeignIds) expectText(*this, function, "getDescription", id, true);
+    for (const char* id : kForeignIds)
+        expectText(*this, function, "getDescription", id, true);
 }
 
 void CallbackChecks::infoKey() const {
@@ -131,14 +136,15 @@ void CallbackChecks::infoKey() const {
     for (const char* key : foreignKeys) {
         onKey(key);
         shown = branchDescription(provider);
-        report.expect(std::string("getDescription of the branch after onKeyEvent(") + (key ? quoted(key) : "nullptr") + ")",
-                      shown == normal, quoted(shown.c_str()), "the normal description");
+        report.expect(
+            std::string("getDescription of the branch after onKeyEvent(") + (key ? quoted(key) : "nullptr") + ")",
+            shown == normal, quoted(shown.c_str()), "the normal description");
     }
     onKey(kInfoKey);
     provider.description(firstItemOf(ItemKind::Action));
     shown = branchDescription(provider);
-    report.expect("the branch after the Info key was spent on another item", shown == normal,
-                  quoted(shown.c_str()), "the normal description");
+    report.expect("the branch after the Info key was spent on another item", shown == normal, quoted(shown.c_str()),
+                  "the normal description");
 }
 
 void CallbackChecks::intValues() const {
@@ -161,7 +167,8 @@ void CallbackChecks::valueTexts() const {
     const auto function = slotFunction<StringOutFn>(provider.record(), Slot::GetValueText);
     if (function == nullptr) return report.skip("getValueText", "not offered");
     std::vector<std::string> ids(std::begin(kForeignIds), std::end(kForeignIds));
-    for (const MenuItem& item : menuItems()) ids.push_back(item.id);
+    for (const MenuItem& item : menuItems())
+        ids.push_back(item.id);
     for (const std::string& id : ids) {
         char buffer[kValueTextBufferSize] = "host buffer";
         char* out = buffer;
@@ -218,7 +225,8 @@ void CallbackChecks::valueStrings() const {
 void CallbackChecks::properties() const {
     const StringOutFn function = stringSlot(*this, Slot::GetProviderProperty);
     if (function == nullptr) return;
-    for (const std::string& key : providerPropertyKeys()) expectText(*this, function, "getProviderProperty", key, false);
+    for (const std::string& key : providerPropertyKeys())
+        expectText(*this, function, "getProviderProperty", key, false);
     const StringCall main = provider.property(kMainComponentProperty);
     const StringCall sub = provider.property(kSubComponentProperty);
     const std::string mainText = main.text ? *main.text : "";

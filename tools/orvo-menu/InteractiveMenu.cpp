@@ -22,7 +22,8 @@ constexpr const char* kPlain = "\033[0m";
 void appendPanel(std::vector<std::string>& lines, const std::string& text, std::size_t width, std::size_t room) {
     std::vector<std::string> wrapped = wrapText(richTextToPlain(text), width - 2);
     if (wrapped.size() > room) wrapped.resize(room);
-    for (const std::string& line : wrapped) lines.push_back(" " + line);
+    for (const std::string& line : wrapped)
+        lines.push_back(" " + line);
 }
 
 // Enter on the selected item: a toggle flips its setting, the menu then shows the new state.
@@ -50,16 +51,19 @@ std::string renderScreen(const MenuScreen& screen, std::size_t columns, std::siz
     const std::size_t branchRoom = room / 2;
 
     std::vector<std::string> lines;
-    lines.push_back(kBold + clipToWidth(joinWithLeader(" " + callText(screen.view.branch.title),
-                                                       "language " + screen.view.language + " ", width, ' '),
-                                        width) + kPlain);
+    lines.push_back(kBold +
+                    clipToWidth(joinWithLeader(" " + callText(screen.view.branch.title),
+                                               "language " + screen.view.language + " ", width, ' '),
+                                width) +
+                    kPlain);
     appendPanel(lines, callText(screen.view.branch.description), width, branchRoom);
     lines.push_back(rule);
     for (std::size_t i = 0; i < screen.view.items.size(); ++i) {
         const ItemView& item = screen.view.items[i];
         const bool selected = i == screen.selected;
         const std::string row = (selected ? " > " : "   ") + callText(item.title);
-        const std::string value = item.kind == ItemKind::Toggle ? "[" + shownValue(item) + "] " : shownValue(item) + " ";
+        const std::string value =
+            item.kind == ItemKind::Toggle ? "[" + shownValue(item) + "] " : shownValue(item) + " ";
         const std::string line = clipToWidth(joinWithLeader(row, value, width, ' '), width);
         lines.push_back(selected ? kInverse + line + kPlain : line);
     }
@@ -99,8 +103,8 @@ int runInteractiveMenu(const Provider& provider, Terminal& terminal) {
         if ((key.type == KeyType::Down || c == 'j') && screen.selected + 1 < count) ++screen.selected;
         if ((key.type == KeyType::Enter || c == ' ') && screen.selected < count) activate(provider, screen);
         if (c == 'i') {
-            screen.status = provider.keyEvent(kInfoKey) ? "Info: detailed version shown once"
-                                                          : "Info: onKeyEvent not offered";
+            screen.status =
+                provider.keyEvent(kInfoKey) ? "Info: detailed version shown once" : "Info: onKeyEvent not offered";
             reread = true;
         }
         if (c == 'l') {

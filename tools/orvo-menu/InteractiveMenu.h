@@ -14,7 +14,7 @@ namespace MenuHost {
 
 struct MenuScreen {
     BranchView view;
-    std::size_t selected = 0;  // index into view.items
+    std::size_t selected = 0; // index into view.items
     std::string status;
 };
 

@@ -16,10 +16,20 @@ std::size_t utf8SequenceLength(const std::string& text, std::size_t at) {
     unsigned int minimum = 0;
     unsigned int codePoint = 0;
     if (lead < 0x80) return 1;
-    if ((lead & 0xE0) == 0xC0) { length = 2; minimum = 0x80; codePoint = lead & 0x1F; }
-    else if ((lead & 0xF0) == 0xE0) { length = 3; minimum = 0x800; codePoint = lead & 0x0F; }
-    else if ((lead & 0xF8) == 0xF0) { length = 4; minimum = 0x10000; codePoint = lead & 0x07; }
-    else return 0;
+    if ((lead & 0xE0) == 0xC0) {
+        length = 2;
+        minimum = 0x80;
+        codePoint = lead & 0x1F;
+    } else if ((lead & 0xF0) == 0xE0) {
+        length = 3;
+        minimum = 0x800;
+        codePoint = lead & 0x0F;
+    } else if ((lead & 0xF8) == 0xF0) {
+        length = 4;
+        minimum = 0x10000;
+        codePoint = lead & 0x07;
+    } else
+        return 0;
     if (at + length > text.size()) return 0;
     for (std::size_t i = 1; i < length; ++i) {
         if ((byte(at + i) & 0xC0) != 0x80) return 0;
@@ -31,9 +41,7 @@ std::size_t utf8SequenceLength(const std::string& text, std::size_t at) {
 
 std::string stringOrNull(const StringCall& call) { return call.text ? jsonString(*call.text) : "null"; }
 
-std::string callResult(const StringCall& call) {
-    return call.offered ? std::to_string(call.code) : "null";
-}
+std::string callResult(const StringCall& call) { return call.offered ? std::to_string(call.code) : "null"; }
 
 std::string itemToJson(const ItemView& item) {
     std::string out = "{\"id\":" + jsonString(item.id);

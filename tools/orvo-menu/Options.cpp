@@ -79,8 +79,10 @@ Options parseOptions(const std::vector<std::string>& arguments) {
         const std::string& argument = arguments[i];
         const bool isOption = !positionalOnly && argument.size() > 1 && argument[0] == '-';
         if (!isOption) {
-            if (options.command.empty()) options.command = argument;
-            else options.arguments.push_back(argument);
+            if (options.command.empty())
+                options.command = argument;
+            else
+                options.arguments.push_back(argument);
         } else if (argument == "--") {
             positionalOnly = true;
         } else if (argument == "-h" || argument == "--help") {

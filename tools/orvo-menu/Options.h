@@ -16,12 +16,12 @@ public:
 };
 
 struct Options {
-    std::string command;  // "", "menu", "show", "script", "check"
+    std::string command; // "", "menu", "show", "script", "check"
     std::vector<std::string> arguments;
-    std::string plugin;    // empty: the default path
-    std::string language;  // empty: LANGUAGE, or en
+    std::string plugin;   // empty: the default path
+    std::string language; // empty: LANGUAGE, or en
     std::string scriptFile;
-    std::size_t width = 0;  // 0: the terminal's width, or 80
+    std::size_t width = 0; // 0: the terminal's width, or 80
     bool json = false;
     bool help = false;
 };

@@ -30,9 +30,7 @@ void* versionedSymbol(void* handle, const char* name, const std::string& path) {
 
 } // namespace
 
-std::string defaultPluginPath() {
-    return executableDirectory() + "/../lib/libOrvoMenuItemDataProvider.so";
-}
+std::string defaultPluginPath() { return executableDirectory() + "/../lib/libOrvoMenuItemDataProvider.so"; }
 
 PluginLibrary::PluginLibrary(const std::string& path) : path_(path) {
     handle_ = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);

@@ -17,8 +17,8 @@ constexpr std::size_t kValueTextBufferSize = 255;
 
 struct StringCall {
     bool offered = false;
-    int code = 0;                     // the callback's result (meaningless when not offered)
-    std::optional<std::string> text;  // set when the call succeeded
+    int code = 0;                    // the callback's result (meaningless when not offered)
+    std::optional<std::string> text; // set when the call succeeded
 };
 
 struct IntCall {

@@ -6,15 +6,24 @@ namespace MenuHost {
 
 const char* slotName(Slot slot) {
     switch (slot) {
-    case Slot::SetIntValue: return "setIntValue";
-    case Slot::GetIntValue: return "getIntValue";
-    case Slot::GetValueString: return "getValueString";
-    case Slot::FreeString: return "freeString";
-    case Slot::GetTitle: return "getTitle";
-    case Slot::GetDescription: return "getDescription";
-    case Slot::GetValueText: return "getValueText";
-    case Slot::GetProviderProperty: return "getProviderProperty";
-    case Slot::OnKeyEvent: return "onKeyEvent";
+    case Slot::SetIntValue:
+        return "setIntValue";
+    case Slot::GetIntValue:
+        return "getIntValue";
+    case Slot::GetValueString:
+        return "getValueString";
+    case Slot::FreeString:
+        return "freeString";
+    case Slot::GetTitle:
+        return "getTitle";
+    case Slot::GetDescription:
+        return "getDescription";
+    case Slot::GetValueText:
+        return "getValueText";
+    case Slot::GetProviderProperty:
+        return "getProviderProperty";
+    case Slot::OnKeyEvent:
+        return "onKeyEvent";
     }
     return "?";
 }

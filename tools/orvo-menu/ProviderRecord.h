@@ -24,13 +24,13 @@ enum class Slot : std::size_t {
 };
 
 // Every slot the host knows, in record order.
-constexpr Slot kKnownSlots[] = {Slot::SetIntValue,    Slot::GetIntValue, Slot::GetValueString,
-                                Slot::FreeString,     Slot::GetTitle,    Slot::GetDescription,
-                                Slot::GetValueText,   Slot::GetProviderProperty, Slot::OnKeyEvent};
+constexpr Slot kKnownSlots[] = {
+    Slot::SetIntValue,    Slot::GetIntValue,  Slot::GetValueString,      Slot::FreeString, Slot::GetTitle,
+    Slot::GetDescription, Slot::GetValueText, Slot::GetProviderProperty, Slot::OnKeyEvent};
 
 using SetIntValueFn = int (*)(const char* key, int value);
 using GetIntValueFn = int (*)(const char* key, int* value);
-using StringOutFn = int (*)(const char* id, char** out);  // getValueString, getTitle, ...
+using StringOutFn = int (*)(const char* id, char** out); // getValueString, getTitle, ...
 using FreeStringFn = int (*)(void* p);
 using OnKeyEventFn = void (*)(const char* keyName);
 

@@ -24,7 +24,7 @@ struct Arity {
 
 const std::map<std::string, Arity>& verbs() {
     static const std::map<std::string, Arity> table = {
-        {"set", {2, 2}},   {"get", {1, 1}},         {"key", {1, 1}},   {"title", {1, 1}},
+        {"set", {2, 2}},         {"get", {1, 1}},   {"key", {1, 1}},  {"title", {1, 1}},
         {"description", {1, 1}}, {"value", {1, 1}}, {"show", {0, 1}}, {"language", {1, 1}},
     };
     return table;
@@ -78,7 +78,7 @@ std::string perform(const Provider& provider, const ScriptAction& action, std::s
         return action.arguments.empty() ? renderBranch(readBranch(provider), width)
                                         : renderItem(readItem(provider, argument), width);
     }
-    selectLanguage(argument);  // "language"
+    selectLanguage(argument); // "language"
     return "";
 }
 
@@ -91,7 +91,8 @@ std::vector<ScriptAction> parseScript(const std::vector<std::string>& lines) {
         ScriptAction action;
         action.line = i + 1;
         if (!(words >> action.verb) || action.verb[0] == '#') continue;
-        for (std::string word; words >> word;) action.arguments.push_back(word);
+        for (std::string word; words >> word;)
+            action.arguments.push_back(word);
         const std::string where = "line " + std::to_string(action.line) + ": ";
         const auto verb = verbs().find(action.verb);
         if (verb == verbs().end()) throw ScriptError(where + "unknown action '" + action.verb + "'");

@@ -31,7 +31,7 @@ public:
 };
 
 struct ScriptAction {
-    std::size_t line = 0;  // 1-based position in the script
+    std::size_t line = 0; // 1-based position in the script
     std::string verb;
     std::vector<std::string> arguments;
 };

@@ -50,14 +50,17 @@ Key decodeKey(const std::string& bytes, std::size_t& consumed) {
         }
         // A control sequence ends with its first byte in '@'..'~'.
         std::size_t end = 2;
-        while (end + 1 < bytes.size() && (bytes[end] < '@' || bytes[end] > '~')) ++end;
+        while (end + 1 < bytes.size() && (bytes[end] < '@' || bytes[end] > '~'))
+            ++end;
         consumed = end + 1;
         if (end == 2 && bytes[2] == 'A') key.type = KeyType::Up;
         if (end == 2 && bytes[2] == 'B') key.type = KeyType::Down;
         return key;
     }
-    if (first == '\r' || first == '\n') key.type = KeyType::Enter;
-    else if (first == '\003') key.type = KeyType::Interrupt;
+    if (first == '\r' || first == '\n')
+        key.type = KeyType::Enter;
+    else if (first == '\003')
+        key.type = KeyType::Interrupt;
     else {
         key.type = KeyType::Character;
         key.character = first;
@@ -74,7 +77,8 @@ Terminal::Terminal(int inputFd, int outputFd) : input_(inputFd), output_(outputF
     raw.c_cc[VTIME] = 0;
     g_stopSignal = 0;
     g_resized = 0;
-    for (std::size_t i = 0; i < 3; ++i) install(kStopSignals[i], onStopSignal, &g_savedStop[i]);
+    for (std::size_t i = 0; i < 3; ++i)
+        install(kStopSignals[i], onStopSignal, &g_savedStop[i]);
     install(SIGWINCH, onResize, &g_savedResize);
     tcsetattr(input_, TCSAFLUSH, &raw);
     write(kEnterScreen);
@@ -83,7 +87,8 @@ Terminal::Terminal(int inputFd, int outputFd) : input_(inputFd), output_(outputF
 Terminal::~Terminal() {
     write(kLeaveScreen);
     tcsetattr(input_, TCSAFLUSH, &saved_);
-    for (std::size_t i = 0; i < 3; ++i) sigaction(kStopSignals[i], &g_savedStop[i], nullptr);
+    for (std::size_t i = 0; i < 3; ++i)
+        sigaction(kStopSignals[i], &g_savedStop[i], nullptr);
     sigaction(SIGWINCH, &g_savedResize, nullptr);
 }
 
@@ -102,7 +107,7 @@ bool Terminal::readKey(Key& key) {
             continue;
         }
         if (count == 0) {
-            g_stopSignal = SIGHUP;  // the terminal went away
+            g_stopSignal = SIGHUP; // the terminal went away
         } else if (errno != EINTR) {
             throw std::runtime_error("cannot read from the terminal");
         } else if (g_resized) {

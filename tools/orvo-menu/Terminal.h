@@ -16,7 +16,7 @@ enum class KeyType { Character, Up, Down, Enter, Escape, Interrupt, Other };
 
 struct Key {
     KeyType type = KeyType::Other;
-    char character = 0;  // KeyType::Character
+    char character = 0; // KeyType::Character
 };
 
 // Decodes the first key in `bytes` (one read may deliver several keys) and sets `consumed` to
@@ -25,7 +25,7 @@ Key decodeKey(const std::string& bytes, std::size_t& consumed);
 
 class Terminal {
 public:
-    Terminal(int inputFd, int outputFd);  // throws std::runtime_error when not a terminal
+    Terminal(int inputFd, int outputFd); // throws std::runtime_error when not a terminal
     ~Terminal();
     Terminal(const Terminal&) = delete;
     Terminal& operator=(const Terminal&) = delete;
@@ -45,7 +45,7 @@ private:
     int input_;
     int output_;
     struct termios saved_ {};
-    std::string pending_;  // bytes read but not yet decoded
+    std::string pending_; // bytes read but not yet decoded
 };
 
 } // namespace MenuHost

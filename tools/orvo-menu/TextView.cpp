@@ -42,9 +42,11 @@ std::string shownValue(const ItemView& item) {
     case ItemKind::Toggle:
         if (!item.stateText.empty()) return item.stateText;
         return item.stateId.offered ? "(unknown state)" : "";
-    case ItemKind::Value: return item.value.text ? *item.value.text : "";
+    case ItemKind::Value:
+        return item.value.text ? *item.value.text : "";
     case ItemKind::Branch:
-    case ItemKind::Action: return "";
+    case ItemKind::Action:
+        return "";
     }
     return "";
 }

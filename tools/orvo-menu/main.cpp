@@ -36,7 +36,8 @@ std::size_t outputWidth(const Options& options) {
 
 std::vector<std::string> readLines(std::istream& in) {
     std::vector<std::string> lines;
-    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    for (std::string line; std::getline(in, line);)
+        lines.push_back(line);
     return lines;
 }
 

@@ -44,8 +44,7 @@ struct VconfError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
-std::string describeVconfError(int code)
-{
+std::string describeVconfError(int code) {
     switch (code) {
     case VCONF_ERROR_WRONG_PREFIX:
         return "the key must begin with db/, file/ or memory/";
@@ -66,15 +65,13 @@ std::string describeVconfError(int code)
     }
 }
 
-void check(int result, const std::string& key)
-{
-    if (result != 0)
-        throw VconfError(key + ": " + describeVconfError(vconf_get_ext_errno()));
+void check(int result, const std::string& key) {
+    if (result != 0) throw VconfError(key + ": " + describeVconfError(vconf_get_ext_errno()));
 }
 
-bool parseTypeName(const std::string& name, SettingType& type)
-{
-    for (const SettingType candidate : {SettingType::Int, SettingType::Bool, SettingType::Double, SettingType::String}) {
+bool parseTypeName(const std::string& name, SettingType& type) {
+    for (const SettingType candidate :
+         {SettingType::Int, SettingType::Bool, SettingType::Double, SettingType::String}) {
         if (name == Orvo::Emulator::settingTypeName(candidate)) {
             type = candidate;
             return true;
@@ -83,45 +80,40 @@ bool parseTypeName(const std::string& name, SettingType& type)
     return false;
 }
 
-void setValue(SettingType type, const std::string& key, const std::string& text)
-{
-    const std::string invalid = "invalid " + std::string(Orvo::Emulator::settingTypeName(type)) + " value \"" + text + "\"";
+void setValue(SettingType type, const std::string& key, const std::string& text) {
+    const std::string invalid =
+        "invalid " + std::string(Orvo::Emulator::settingTypeName(type)) + " value \"" + text + "\"";
     int intValue = 0;
     double doubleValue = 0;
     switch (type) {
     case SettingType::Int:
-        if (!Orvo::Emulator::parseInt(text, intValue))
-            throw UsageError(invalid);
+        if (!Orvo::Emulator::parseInt(text, intValue)) throw UsageError(invalid);
         return check(vconf_set_int(key.c_str(), intValue), key);
     case SettingType::Bool:
         if (text != "1" && text != "0" && text != "true" && text != "false")
             throw UsageError(invalid + " (expected 1, 0, true or false)");
         return check(vconf_set_bool(key.c_str(), text == "1" || text == "true"), key);
     case SettingType::Double:
-        if (!Orvo::Emulator::parseDouble(text, doubleValue))
-            throw UsageError(invalid);
+        if (!Orvo::Emulator::parseDouble(text, doubleValue)) throw UsageError(invalid);
         return check(vconf_set_dbl(key.c_str(), doubleValue), key);
     case SettingType::String:
         return check(vconf_set_str(key.c_str(), text.c_str()), key);
     }
 }
 
-void runSet(const std::vector<std::string>& args)
-{
+void runSet(const std::vector<std::string>& args) {
     std::string typeName;
     std::vector<std::string> operands;
     for (std::size_t i = 0; i < args.size(); ++i) {
         if (args[i] == "-t") {
-            if (++i == args.size())
-                throw UsageError("-t needs a type (int, bool, double or string)");
+            if (++i == args.size()) throw UsageError("-t needs a type (int, bool, double or string)");
             typeName = args[i];
         } else if (args[i] != "-f") {
             operands.push_back(args[i]);
         }
     }
     SettingType type = SettingType::Int;
-    if (typeName.empty())
-        throw UsageError("set needs -t <int|bool|double|string>");
+    if (typeName.empty()) throw UsageError("set needs -t <int|bool|double|string>");
     if (!parseTypeName(typeName, type))
         throw UsageError("unknown type \"" + typeName + "\" (expected int, bool, double or string)");
     if (operands.size() != 2)
@@ -131,8 +123,7 @@ void runSet(const std::vector<std::string>& args)
 
 // vconf has no "which type is it" call: the getters are tried in turn, and a wrong type is the
 // only failure that moves on to the next one.
-void runGet(const std::string& key)
-{
+void runGet(const std::string& key) {
     int intValue = 0;
     double doubleValue = 0;
     std::string text;
@@ -158,10 +149,8 @@ void runGet(const std::string& key)
     std::printf("%s, value = %s (%s)\n", key.c_str(), text.c_str(), typeName);
 }
 
-int run(const std::vector<std::string>& args)
-{
-    if (args.empty())
-        throw UsageError("missing command (set, get or unset)");
+int run(const std::vector<std::string>& args) {
+    if (args.empty()) throw UsageError("missing command (set, get or unset)");
     const std::string& command = args[0];
     if (command == "--help" || command == "-h") {
         std::fputs(kUsage, stdout);
@@ -170,8 +159,7 @@ int run(const std::vector<std::string>& args)
     const std::vector<std::string> rest(args.begin() + 1, args.end());
     if (command != "set" && command != "get" && command != "unset")
         throw UsageError("unknown command \"" + command + "\"");
-    if (command != "set" && rest.size() != 1)
-        throw UsageError(command + " takes exactly one key");
+    if (command != "set" && rest.size() != 1) throw UsageError(command + " takes exactly one key");
     // The platform library finds the device through ORVO_DEVICE_DIR; the tool's device may be
     // the default one, created on first use.
     ::setenv("ORVO_DEVICE_DIR", Orvo::Emulator::toolDeviceDirectory().c_str(), 1);
@@ -186,8 +174,7 @@ int run(const std::vector<std::string>& args)
 
 } // namespace
 
-int main(int argc, char** argv)
-{
+int main(int argc, char** argv) {
     try {
         return run(std::vector<std::string>(argv + 1, argv + argc));
     } catch (const UsageError& error) {

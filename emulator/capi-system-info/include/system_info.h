@@ -28,12 +28,12 @@ typedef enum {
 
 /* An unknown key, or a key read with another type, fails with
  * SYSTEM_INFO_ERROR_INVALID_PARAMETER. On failure the output is not written. */
-int system_info_get_value_int(system_info_key_e key, int *value);
-int system_info_get_value_bool(system_info_key_e key, bool *value);
-int system_info_get_value_double(system_info_key_e key, double *value);
+int system_info_get_value_int(system_info_key_e key, int* value);
+int system_info_get_value_bool(system_info_key_e key, bool* value);
+int system_info_get_value_double(system_info_key_e key, double* value);
 
 /* On success *value is a malloc'ed copy that the caller releases with free(). */
-int system_info_get_value_string(system_info_key_e key, char **value);
+int system_info_get_value_string(system_info_key_e key, char** value);
 
 #ifdef __cplusplus
 }

@@ -19,19 +19,14 @@ using Orvo::Emulator::SystemInfoValue;
 // Looks the key up and, when it holds a value of the expected type, lets store write the output.
 // Any other outcome leaves the output unwritten.
 template <typename Store>
-int readValue(system_info_key_e key, const void* output, SystemInfoValue::Type expected, Store store)
-{
-    if (output == nullptr)
-        return SYSTEM_INFO_ERROR_INVALID_PARAMETER;
+int readValue(system_info_key_e key, const void* output, SystemInfoValue::Type expected, Store store) {
+    if (output == nullptr) return SYSTEM_INFO_ERROR_INVALID_PARAMETER;
     try {
         const Orvo::Emulator::DeviceConf conf = Orvo::Emulator::DeviceConf::load(Orvo::Emulator::deviceDirectory());
         const auto entry = conf.systemInfo.find(static_cast<int>(key));
-        if (entry == conf.systemInfo.end())
-            return SYSTEM_INFO_ERROR_INVALID_PARAMETER;
-        if (entry->second.type == SystemInfoValue::Type::Error)
-            return entry->second.errorCode;
-        if (entry->second.type != expected)
-            return SYSTEM_INFO_ERROR_INVALID_PARAMETER;
+        if (entry == conf.systemInfo.end()) return SYSTEM_INFO_ERROR_INVALID_PARAMETER;
+        if (entry->second.type == SystemInfoValue::Type::Error) return entry->second.errorCode;
+        if (entry->second.type != expected) return SYSTEM_INFO_ERROR_INVALID_PARAMETER;
         return store(entry->second);
     } catch (const std::bad_alloc&) {
         return SYSTEM_INFO_ERROR_OUT_OF_MEMORY;
@@ -42,39 +37,33 @@ int readValue(system_info_key_e key, const void* output, SystemInfoValue::Type e
 
 extern "C" {
 
-int system_info_get_value_int(system_info_key_e key, int* value)
-{
+int system_info_get_value_int(system_info_key_e key, int* value) {
     return readValue(key, value, SystemInfoValue::Type::Int, [&](const SystemInfoValue& entry) {
         // device.conf may list a number that no int holds; the device's data is then unreadable.
-        if (entry.intValue < INT_MIN || entry.intValue > INT_MAX)
-            return static_cast<int>(SYSTEM_INFO_ERROR_IO_ERROR);
+        if (entry.intValue < INT_MIN || entry.intValue > INT_MAX) return static_cast<int>(SYSTEM_INFO_ERROR_IO_ERROR);
         *value = static_cast<int>(entry.intValue);
         return static_cast<int>(SYSTEM_INFO_ERROR_NONE);
     });
 }
 
-int system_info_get_value_bool(system_info_key_e key, bool* value)
-{
+int system_info_get_value_bool(system_info_key_e key, bool* value) {
     return readValue(key, value, SystemInfoValue::Type::Bool, [&](const SystemInfoValue& entry) {
         *value = entry.boolValue;
         return static_cast<int>(SYSTEM_INFO_ERROR_NONE);
     });
 }
 
-int system_info_get_value_double(system_info_key_e key, double* value)
-{
+int system_info_get_value_double(system_info_key_e key, double* value) {
     return readValue(key, value, SystemInfoValue::Type::Double, [&](const SystemInfoValue& entry) {
         *value = entry.doubleValue;
         return static_cast<int>(SYSTEM_INFO_ERROR_NONE);
     });
 }
 
-int system_info_get_value_string(system_info_key_e key, char** value)
-{
+int system_info_get_value_string(system_info_key_e key, char** value) {
     return readValue(key, value, SystemInfoValue::Type::String, [&](const SystemInfoValue& entry) {
         char* copy = ::strdup(entry.stringValue.c_str());
-        if (copy == nullptr)
-            return static_cast<int>(SYSTEM_INFO_ERROR_OUT_OF_MEMORY);
+        if (copy == nullptr) return static_cast<int>(SYSTEM_INFO_ERROR_OUT_OF_MEMORY);
         *value = copy;
         return static_cast<int>(SYSTEM_INFO_ERROR_NONE);
     });

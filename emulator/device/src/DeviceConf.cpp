@@ -17,37 +17,31 @@ const std::size_t kMaxConfSize = 1024 * 1024;
 
 const char kBlanks[] = " \t";
 
-std::string trim(const std::string& text)
-{
+std::string trim(const std::string& text) {
     const std::size_t first = text.find_first_not_of(kBlanks);
-    if (first == std::string::npos)
-        return std::string();
+    if (first == std::string::npos) return std::string();
     return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
 }
 
-bool startsWith(const std::string& text, const std::string& prefix)
-{
+bool startsWith(const std::string& text, const std::string& prefix) {
     return text.compare(0, prefix.size(), prefix) == 0;
 }
 
 // Every call reads the file afresh, so a malformed line would be reported at every platform
 // call; each distinct line is reported once per process instead.
 void reportMalformedLine(const std::string& origin, int lineNumber, const std::string& line,
-                         const std::string& reason)
-{
+                         const std::string& reason) {
     static std::mutex mutex;
     static std::set<std::tuple<std::string, int, std::string>> reported;
     {
         std::lock_guard<std::mutex> lock(mutex);
-        if (!reported.emplace(origin, lineNumber, line).second)
-            return;
+        if (!reported.emplace(origin, lineNumber, line).second) return;
     }
     std::fprintf(stderr, "%s:%d: malformed line ignored (%s)\n", origin.c_str(), lineNumber, reason.c_str());
 }
 
 // "<type> <value>": the value of a string is the rest after exactly one blank, kept as it is.
-bool parseSystemInfoValue(const std::string& text, SystemInfoValue& value, std::string& reason)
-{
+bool parseSystemInfoValue(const std::string& text, SystemInfoValue& value, std::string& reason) {
     const std::size_t blank = text.find_first_of(kBlanks);
     const std::string type = text.substr(0, blank);
     const std::string rest = blank == std::string::npos ? std::string() : text.substr(blank + 1);
@@ -71,13 +65,11 @@ bool parseSystemInfoValue(const std::string& text, SystemInfoValue& value, std::
     return true;
 }
 
-bool parseIndex(const std::string& name, const std::string& prefix, int& index)
-{
+bool parseIndex(const std::string& name, const std::string& prefix, int& index) {
     return startsWith(name, prefix) && parseInt(name.substr(prefix.size()), index);
 }
 
-bool parseEntry(const std::string& name, const std::string& value, DeviceConf& conf, std::string& reason)
-{
+bool parseEntry(const std::string& name, const std::string& value, DeviceConf& conf, std::string& reason) {
     int index = 0;
     if (name == "production") {
         if (value != "true" && value != "false") {
@@ -89,8 +81,7 @@ bool parseEntry(const std::string& name, const std::string& value, DeviceConf& c
     }
     if (parseIndex(name, "system-info.", index)) {
         SystemInfoValue parsed;
-        if (!parseSystemInfoValue(value, parsed, reason))
-            return false;
+        if (!parseSystemInfoValue(value, parsed, reason)) return false;
         conf.systemInfo[index] = parsed;
         return true;
     }
@@ -108,32 +99,26 @@ bool parseEntry(const std::string& name, const std::string& value, DeviceConf& c
 
 } // namespace
 
-DeviceConf DeviceConf::load(const std::string& deviceDir)
-{
+DeviceConf DeviceConf::load(const std::string& deviceDir) {
     const std::string path = deviceDir + "/device.conf";
     std::string text;
-    if (!readFile(path, text, kMaxConfSize))
-        return DeviceConf();
+    if (!readFile(path, text, kMaxConfSize)) return DeviceConf();
     return parse(text, path);
 }
 
-DeviceConf DeviceConf::parse(const std::string& text, const std::string& origin)
-{
+DeviceConf DeviceConf::parse(const std::string& text, const std::string& origin) {
     DeviceConf conf;
     int lineNumber = 0;
     std::size_t start = 0;
     while (start < text.size()) {
         std::size_t end = text.find('\n', start);
-        if (end == std::string::npos)
-            end = text.size();
+        if (end == std::string::npos) end = text.size();
         std::string line = text.substr(start, end - start);
         start = end + 1;
         ++lineNumber;
-        if (!line.empty() && line.back() == '\r')
-            line.pop_back();
+        if (!line.empty() && line.back() == '\r') line.pop_back();
         const std::string content = trim(line);
-        if (content.empty() || content[0] == '#')
-            continue;
+        if (content.empty() || content[0] == '#') continue;
         const std::size_t equals = line.find('=');
         std::string reason = "expected <name> = <value>";
         if (equals != std::string::npos) {
@@ -141,8 +126,7 @@ DeviceConf DeviceConf::parse(const std::string& text, const std::string& origin)
             const std::string afterEquals = line.substr(equals + 1);
             const std::size_t valueStart = afterEquals.find_first_not_of(kBlanks);
             const std::string value = valueStart == std::string::npos ? std::string() : afterEquals.substr(valueStart);
-            if (parseEntry(trim(line.substr(0, equals)), value, conf, reason))
-                continue;
+            if (parseEntry(trim(line.substr(0, equals)), value, conf, reason)) continue;
         }
         reportMalformedLine(origin, lineNumber, line, reason);
     }

@@ -22,8 +22,7 @@ const char kTemporaryPrefix[] = ".tmp-";
 class Descriptor {
 public:
     explicit Descriptor(int fd) : m_fd(fd) {}
-    ~Descriptor()
-    {
+    ~Descriptor() {
         if (m_fd >= 0) {
             const int saved = errno;
             ::close(m_fd);
@@ -34,8 +33,7 @@ public:
     Descriptor& operator=(const Descriptor&) = delete;
     int get() const { return m_fd; }
     // Closes now and reports a failed close (a delayed write error).
-    bool close()
-    {
+    bool close() {
         const int fd = m_fd;
         m_fd = -1;
         return ::close(fd) == 0;
@@ -45,22 +43,18 @@ private:
     int m_fd;
 };
 
-std::string directoryOf(const std::string& path)
-{
+std::string directoryOf(const std::string& path) {
     const std::size_t slash = path.rfind('/');
-    if (slash == std::string::npos)
-        return ".";
+    if (slash == std::string::npos) return ".";
     return slash == 0 ? "/" : path.substr(0, slash);
 }
 
-bool writeAll(int fd, const std::string& content)
-{
+bool writeAll(int fd, const std::string& content) {
     std::size_t done = 0;
     while (done < content.size()) {
         const ssize_t written = ::write(fd, content.data() + done, content.size() - done);
         if (written < 0) {
-            if (errno == EINTR)
-                continue;
+            if (errno == EINTR) continue;
             return false;
         }
         done += static_cast<std::size_t>(written);
@@ -68,27 +62,23 @@ bool writeAll(int fd, const std::string& content)
     return true;
 }
 
-bool syncDirectory(const std::string& directory)
-{
+bool syncDirectory(const std::string& directory) {
     Descriptor fd(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     return fd.get() >= 0 && ::fsync(fd.get()) == 0;
 }
 
 // Unique among the processes and threads of this machine that write at the same time.
-std::string temporaryNameFor(const std::string& path)
-{
+std::string temporaryNameFor(const std::string& path) {
     static std::atomic<unsigned long> counter{0};
     return directoryOf(path) + "/" + kTemporaryPrefix + std::to_string(::getpid()) + "-" +
            std::to_string(::syscall(SYS_gettid)) + "-" + std::to_string(counter++);
 }
 
 // A writer killed between creating and renaming its temporary file leaves it behind.
-void removeTemporaryFilesOfDeadWriters(const std::string& directory)
-{
+void removeTemporaryFilesOfDeadWriters(const std::string& directory) {
     const std::size_t prefixLength = sizeof kTemporaryPrefix - 1;
     for (const std::string& name : listDirectory(directory)) {
-        if (!isTemporaryFileName(name))
-            continue;
+        if (!isTemporaryFileName(name)) continue;
         const long pid = std::strtol(name.c_str() + prefixLength, nullptr, 10);
         if (pid > 0 && ::kill(static_cast<pid_t>(pid), 0) != 0 && errno == ESRCH)
             ::unlink((directory + "/" + name).c_str());
@@ -97,81 +87,65 @@ void removeTemporaryFilesOfDeadWriters(const std::string& directory)
 
 } // namespace
 
-bool makeDirectories(const std::string& path)
-{
+bool makeDirectories(const std::string& path) {
     std::string writable = path;
     return makeDirectories(&writable[0]);
 }
 
-bool makeDirectories(char* path)
-{
-    if (*path == '\0')
-        return false;
+bool makeDirectories(char* path) {
+    if (*path == '\0') return false;
     for (char* slash = std::strchr(path + 1, '/'); slash != nullptr; slash = std::strchr(slash + 1, '/')) {
         *slash = '\0';
         const bool made = ::mkdir(path, 0755) == 0 || errno == EEXIST;
         *slash = '/';
-        if (!made)
-            return false;
+        if (!made) return false;
     }
     struct stat status;
     return (::mkdir(path, 0755) == 0 || errno == EEXIST) && ::stat(path, &status) == 0 && S_ISDIR(status.st_mode);
 }
 
-bool readFile(const std::string& path, std::string& out, std::size_t maxBytes)
-{
+bool readFile(const std::string& path, std::string& out, std::size_t maxBytes) {
     Descriptor fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-    if (fd.get() < 0)
-        return false;
+    if (fd.get() < 0) return false;
     std::string content;
     char buffer[8192];
     while (content.size() < maxBytes) {
         const std::size_t wanted = std::min(sizeof buffer, maxBytes - content.size());
         const ssize_t got = ::read(fd.get(), buffer, wanted);
         if (got < 0) {
-            if (errno == EINTR)
-                continue;
+            if (errno == EINTR) continue;
             return false;
         }
-        if (got == 0)
-            break;
+        if (got == 0) break;
         content.append(buffer, static_cast<std::size_t>(got));
     }
     out.swap(content);
     return true;
 }
 
-bool readFileFrom(const std::string& path, std::uint64_t& offset, std::string& out)
-{
+bool readFileFrom(const std::string& path, std::uint64_t& offset, std::string& out) {
     Descriptor fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
     struct stat status;
-    if (fd.get() < 0 || ::fstat(fd.get(), &status) != 0)
-        return false;
-    if (static_cast<std::uint64_t>(status.st_size) < offset)
-        offset = 0;
+    if (fd.get() < 0 || ::fstat(fd.get(), &status) != 0) return false;
+    if (static_cast<std::uint64_t>(status.st_size) < offset) offset = 0;
     out.clear();
     char buffer[65536];
     for (off_t position = static_cast<off_t>(offset);;) {
         const ssize_t got = ::pread(fd.get(), buffer, sizeof buffer, position);
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got < 0)
-            return false;
-        if (got == 0)
-            return true;
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) return false;
+        if (got == 0) return true;
         out.append(buffer, static_cast<std::size_t>(got));
         position += got;
     }
 }
 
-bool replaceFileAtomically(const std::string& path, const std::string& content)
-{
+bool replaceFileAtomically(const std::string& path, const std::string& content) {
     const std::string directory = directoryOf(path);
     const std::string temporary = temporaryNameFor(path);
     {
         Descriptor fd(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644));
-        if (fd.get() < 0)
-            return false;
+        if (fd.get() < 0) return false;
         if (!writeAll(fd.get(), content) || ::fsync(fd.get()) != 0 || !fd.close()) {
             const int saved = errno;
             ::unlink(temporary.c_str());
@@ -189,29 +163,24 @@ bool replaceFileAtomically(const std::string& path, const std::string& content)
     return syncDirectory(directory);
 }
 
-bool removeFileDurably(const std::string& path)
-{
+bool removeFileDurably(const std::string& path) {
     return ::unlink(path.c_str()) == 0 && syncDirectory(directoryOf(path));
 }
 
-std::vector<std::string> listDirectory(const std::string& path)
-{
+std::vector<std::string> listDirectory(const std::string& path) {
     std::vector<std::string> names;
     DIR* directory = ::opendir(path.c_str());
-    if (directory == nullptr)
-        return names;
+    if (directory == nullptr) return names;
     while (const dirent* entry = ::readdir(directory)) {
         const std::string name = entry->d_name;
-        if (name != "." && name != "..")
-            names.push_back(name);
+        if (name != "." && name != "..") names.push_back(name);
     }
     ::closedir(directory);
     std::sort(names.begin(), names.end());
     return names;
 }
 
-bool isTemporaryFileName(const std::string& name)
-{
+bool isTemporaryFileName(const std::string& name) {
     return name.compare(0, sizeof kTemporaryPrefix - 1, kTemporaryPrefix) == 0;
 }
 

@@ -27,18 +27,15 @@ constexpr std::size_t kStackLineSize =
     kHeadSize + 2 * kAllocationFreeTagLength + 1 + 2 * kAllocationFreeMessageLength + 1;
 
 // <device>/log/<name>.log; false for a buffer out of range or a path longer than size.
-bool formatLogPath(char* path, std::size_t size, const char* deviceDir, int buffer)
-{
+bool formatLogPath(char* path, std::size_t size, const char* deviceDir, int buffer) {
     const char* name = logBufferName(buffer);
-    if (name == nullptr)
-        return false;
+    if (name == nullptr) return false;
     const int length = std::snprintf(path, size, "%s/log/%s.log", deviceDir, name);
     return length >= 0 && static_cast<std::size_t>(length) < size;
 }
 
 // The letter that follows the backslash of an escaped character, or 0 for a character kept as is.
-char escapeLetter(char c)
-{
+char escapeLetter(char c) {
     switch (c) {
     case '\\':
         return '\\';
@@ -51,15 +48,13 @@ char escapeLetter(char c)
     }
 }
 
-std::size_t escapedLength(const char* text, std::size_t length)
-{
-    return length + static_cast<std::size_t>(
-                        std::count_if(text, text + length, [](char c) { return escapeLetter(c) != 0; }));
+std::size_t escapedLength(const char* text, std::size_t length) {
+    return length +
+           static_cast<std::size_t>(std::count_if(text, text + length, [](char c) { return escapeLetter(c) != 0; }));
 }
 
 // Writes text escaped at out; returns the end of what it wrote.
-char* appendEscaped(char* out, const char* text, std::size_t length)
-{
+char* appendEscaped(char* out, const char* text, std::size_t length) {
     for (const char* c = text; c != text + length; ++c) {
         const char letter = escapeLetter(*c);
         if (letter != 0) {
@@ -73,8 +68,7 @@ char* appendEscaped(char* out, const char* text, std::size_t length)
 }
 
 // Creates the directory of a log file: path is cut at its last '/' for the call.
-bool makeLogDirectory(char* path)
-{
+bool makeLogDirectory(char* path) {
     char* const slash = std::strrchr(path, '/');
     *slash = '\0';
     const bool made = makeDirectories(path);
@@ -84,13 +78,11 @@ bool makeLogDirectory(char* path)
 
 // One write(2): with O_APPEND the kernel places the whole record at the end of the file at once,
 // so records of concurrent writers never interleave.
-bool appendLine(char* path, const char* line, std::size_t size)
-{
+bool appendLine(char* path, const char* line, std::size_t size) {
     int fd = ::open(path, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644);
     if (fd < 0 && errno == ENOENT && makeLogDirectory(path))
         fd = ::open(path, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644);
-    if (fd < 0)
-        return false;
+    if (fd < 0) return false;
     ssize_t written;
     do
         written = ::write(fd, line, size);
@@ -99,16 +91,14 @@ bool appendLine(char* path, const char* line, std::size_t size)
     return written == static_cast<ssize_t>(size);
 }
 
-bool unescape(const std::string& text, std::string& out)
-{
+bool unescape(const std::string& text, std::string& out) {
     out.clear();
     for (std::size_t i = 0; i < text.size(); ++i) {
         if (text[i] != '\\') {
             out += text[i];
             continue;
         }
-        if (++i == text.size())
-            return false;
+        if (++i == text.size()) return false;
         switch (text[i]) {
         case '\\':
             out += '\\';
@@ -126,21 +116,18 @@ bool unescape(const std::string& text, std::string& out)
     return true;
 }
 
-std::vector<std::string> splitTabs(const std::string& line)
-{
+std::vector<std::string> splitTabs(const std::string& line) {
     std::vector<std::string> fields;
     std::size_t start = 0;
     for (;;) {
         const std::size_t tab = line.find('\t', start);
         fields.push_back(line.substr(start, tab - start));
-        if (tab == std::string::npos)
-            return fields;
+        if (tab == std::string::npos) return fields;
         start = tab + 1;
     }
 }
 
-bool parseTime(const std::string& text, LogRecord& record)
-{
+bool parseTime(const std::string& text, LogRecord& record) {
     const std::size_t dot = text.find('.');
     long long seconds = 0;
     int nanoseconds = 0;
@@ -154,28 +141,21 @@ bool parseTime(const std::string& text, LogRecord& record)
 
 } // namespace
 
-const char* logBufferName(int buffer)
-{
-    return buffer >= 0 && buffer < kBufferCount ? kBufferNames[buffer] : nullptr;
-}
+const char* logBufferName(int buffer) { return buffer >= 0 && buffer < kBufferCount ? kBufferNames[buffer] : nullptr; }
 
-int logBufferId(const std::string& name)
-{
+int logBufferId(const std::string& name) {
     for (int buffer = 0; buffer < kBufferCount; ++buffer)
-        if (name == kBufferNames[buffer])
-            return buffer;
+        if (name == kBufferNames[buffer]) return buffer;
     return -1;
 }
 
-int appendLogRecord(const std::string& deviceDir, int buffer, int priority, const char* tag,
-                    const char* message, std::size_t length)
-{
+int appendLogRecord(const std::string& deviceDir, int buffer, int priority, const char* tag, const char* message,
+                    std::size_t length) {
     return appendLogRecord(deviceDir.c_str(), buffer, priority, tag, message, length);
 }
 
 int appendLogRecord(const char* deviceDir, int buffer, int priority, const char* tag, const char* message,
-                    std::size_t length)
-{
+                    std::size_t length) {
     char path[PATH_MAX];
     if (deviceDir == nullptr || tag == nullptr || (message == nullptr && length > 0) ||
         !formatLogPath(path, sizeof path, deviceDir, buffer))
@@ -198,27 +178,24 @@ int appendLogRecord(const char* deviceDir, int buffer, int priority, const char*
     return appendLine(path, line, static_cast<std::size_t>(end - line)) ? static_cast<int>(length) : -1;
 }
 
-bool parseLogRecord(const std::string& line, int buffer, LogRecord& out)
-{
+bool parseLogRecord(const std::string& line, int buffer, LogRecord& out) {
     const std::vector<std::string> fields = splitTabs(line);
     LogRecord record;
     record.buffer = buffer;
     if (fields.size() != 6 || !parseTime(fields[0], record) || !parseInt(fields[1], record.pid) ||
-        !parseInt(fields[2], record.tid) || !parseInt(fields[3], record.priority) ||
-        !unescape(fields[4], record.tag) || !unescape(fields[5], record.message))
+        !parseInt(fields[2], record.tid) || !parseInt(fields[3], record.priority) || !unescape(fields[4], record.tag) ||
+        !unescape(fields[5], record.message))
         return false;
     out = std::move(record);
     return true;
 }
 
-std::vector<LogRecord> readLogRecords(const std::string& deviceDir, int buffer)
-{
+std::vector<LogRecord> readLogRecords(const std::string& deviceDir, int buffer) {
     std::uint64_t offset = 0;
     return readLogRecords(deviceDir, buffer, offset);
 }
 
-std::vector<LogRecord> readLogRecords(const std::string& deviceDir, int buffer, std::uint64_t& offset)
-{
+std::vector<LogRecord> readLogRecords(const std::string& deviceDir, int buffer, std::uint64_t& offset) {
     std::vector<LogRecord> records;
     char path[PATH_MAX];
     std::string content;
@@ -227,8 +204,7 @@ std::vector<LogRecord> readLogRecords(const std::string& deviceDir, int buffer, 
     std::size_t start = 0;
     for (std::size_t end; (end = content.find('\n', start)) != std::string::npos; start = end + 1) {
         LogRecord record;
-        if (parseLogRecord(content.substr(start, end - start), buffer, record))
-            records.push_back(std::move(record));
+        if (parseLogRecord(content.substr(start, end - start), buffer, record)) records.push_back(std::move(record));
     }
     // A line without its line feed is not complete yet; the next read starts at it.
     offset += start;

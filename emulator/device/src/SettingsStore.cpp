@@ -15,44 +15,29 @@ namespace {
 const char kVolatilePrefix[] = "memory/";
 const char* const kPersistentPrefixes[] = {"db/", "file/"};
 
-bool startsWith(const std::string& text, const char* prefix)
-{
+bool startsWith(const std::string& text, const char* prefix) {
     return text.compare(0, std::char_traits<char>::length(prefix), prefix) == 0;
 }
 
-bool isVolatileKey(const std::string& key)
-{
-    return startsWith(key, kVolatilePrefix);
-}
+bool isVolatileKey(const std::string& key) { return startsWith(key, kVolatilePrefix); }
 
-bool hasKnownPrefix(const std::string& key)
-{
-    if (isVolatileKey(key))
-        return true;
+bool hasKnownPrefix(const std::string& key) {
+    if (isVolatileKey(key)) return true;
     for (const char* prefix : kPersistentPrefixes)
-        if (startsWith(key, prefix))
-            return true;
+        if (startsWith(key, prefix)) return true;
     return false;
 }
 
-std::string persistentDirectory(const std::string& deviceDir)
-{
-    return deviceDir + "/vconf";
-}
+std::string persistentDirectory(const std::string& deviceDir) { return deviceDir + "/vconf"; }
 
-std::string volatileDirectory(const std::string& deviceDir)
-{
-    return deviceDir + "/run/vconf";
-}
+std::string volatileDirectory(const std::string& deviceDir) { return deviceDir + "/run/vconf"; }
 
-std::string settingsDirectoryFor(const std::string& deviceDir, const std::string& key)
-{
+std::string settingsDirectoryFor(const std::string& deviceDir, const std::string& key) {
     return isVolatileKey(key) ? volatileDirectory(deviceDir) : persistentDirectory(deviceDir);
 }
 
 // Every byte outside [A-Za-z0-9._-] becomes %XX, so a key is always one flat file name.
-std::string encodeKey(const std::string& key)
-{
+std::string encodeKey(const std::string& key) {
     static const char hex[] = "0123456789ABCDEF";
     std::string name;
     for (const char c : key) {
@@ -69,43 +54,36 @@ std::string encodeKey(const std::string& key)
     return name;
 }
 
-int hexDigit(char c)
-{
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
+int hexDigit(char c) {
+    if (c >= '0' && c <= '9') return c - '0';
+    if (c >= 'A' && c <= 'F') return c - 'A' + 10;
     return -1;
 }
 
-bool decodeKey(const std::string& name, std::string& key)
-{
+bool decodeKey(const std::string& name, std::string& key) {
     key.clear();
     for (std::size_t i = 0; i < name.size(); ++i) {
         if (name[i] != '%') {
             key += name[i];
             continue;
         }
-        if (i + 2 >= name.size())
-            return false;
+        if (i + 2 >= name.size()) return false;
         const int high = hexDigit(name[i + 1]);
         const int low = hexDigit(name[i + 2]);
-        if (high < 0 || low < 0)
-            return false;
+        if (high < 0 || low < 0) return false;
         key += static_cast<char>(high * 16 + low);
         i += 2;
     }
     return true;
 }
 
-std::string settingPath(const std::string& deviceDir, const std::string& key)
-{
+std::string settingPath(const std::string& deviceDir, const std::string& key) {
     return settingsDirectoryFor(deviceDir, key) + "/" + encodeKey(key);
 }
 
-bool parseType(const std::string& name, SettingType& type)
-{
-    for (const SettingType candidate : {SettingType::Int, SettingType::Bool, SettingType::Double, SettingType::String}) {
+bool parseType(const std::string& name, SettingType& type) {
+    for (const SettingType candidate :
+         {SettingType::Int, SettingType::Bool, SettingType::Double, SettingType::String}) {
         if (name == settingTypeName(candidate)) {
             type = candidate;
             return true;
@@ -114,10 +92,8 @@ bool parseType(const std::string& name, SettingType& type)
     return false;
 }
 
-bool isValidValue(const Setting& setting)
-{
-    if (setting.value.size() > kMaxSettingValueLength)
-        return false;
+bool isValidValue(const Setting& setting) {
+    if (setting.value.size() > kMaxSettingValueLength) return false;
     int intValue = 0;
     double doubleValue = 0;
     switch (setting.type) {
@@ -133,8 +109,7 @@ bool isValidValue(const Setting& setting)
     return false;
 }
 
-int errorFromErrno()
-{
+int errorFromErrno() {
     switch (errno) {
     case ENOENT:
     case ENOTDIR:
@@ -155,8 +130,7 @@ int errorFromErrno()
 
 } // namespace
 
-const char* settingTypeName(SettingType type)
-{
+const char* settingTypeName(SettingType type) {
     switch (type) {
     case SettingType::Int:
         return "int";
@@ -170,53 +144,40 @@ const char* settingTypeName(SettingType type)
     return "unknown";
 }
 
-int readSetting(const std::string& deviceDir, const std::string& key, Setting& out)
-{
-    if (!hasKnownPrefix(key))
-        return VCONF_ERROR_WRONG_PREFIX;
+int readSetting(const std::string& deviceDir, const std::string& key, Setting& out) {
+    if (!hasKnownPrefix(key)) return VCONF_ERROR_WRONG_PREFIX;
     // The longest valid file is the longest type name, a line feed and the longest value.
     const std::size_t maxFileSize = kMaxSettingValueLength + 8;
     std::string content;
-    if (!readFile(settingPath(deviceDir, key), content, maxFileSize + 1))
-        return errorFromErrno();
+    if (!readFile(settingPath(deviceDir, key), content, maxFileSize + 1)) return errorFromErrno();
     const std::size_t lineFeed = content.find('\n');
     Setting setting;
     if (content.size() > maxFileSize || lineFeed == std::string::npos ||
         !parseType(content.substr(0, lineFeed), setting.type))
         return VCONF_ERROR;
     setting.value = content.substr(lineFeed + 1);
-    if (!isValidValue(setting))
-        return VCONF_ERROR;
+    if (!isValidValue(setting)) return VCONF_ERROR;
     out = setting;
     return VCONF_OK;
 }
 
-int writeSetting(const std::string& deviceDir, const std::string& key, const Setting& setting)
-{
-    if (!hasKnownPrefix(key))
-        return VCONF_ERROR_WRONG_PREFIX;
-    if (!isValidValue(setting))
-        return VCONF_ERROR_WRONG_VALUE;
+int writeSetting(const std::string& deviceDir, const std::string& key, const Setting& setting) {
+    if (!hasKnownPrefix(key)) return VCONF_ERROR_WRONG_PREFIX;
+    if (!isValidValue(setting)) return VCONF_ERROR_WRONG_VALUE;
     const std::string directory = settingsDirectoryFor(deviceDir, key);
-    if (!makeDirectories(directory))
-        return errorFromErrno();
+    if (!makeDirectories(directory)) return errorFromErrno();
     const std::string content = std::string(settingTypeName(setting.type)) + "\n" + setting.value;
-    if (!replaceFileAtomically(directory + "/" + encodeKey(key), content))
-        return errorFromErrno();
+    if (!replaceFileAtomically(directory + "/" + encodeKey(key), content)) return errorFromErrno();
     return VCONF_OK;
 }
 
-int removeSetting(const std::string& deviceDir, const std::string& key)
-{
-    if (!hasKnownPrefix(key))
-        return VCONF_ERROR_WRONG_PREFIX;
-    if (!removeFileDurably(settingPath(deviceDir, key)))
-        return errorFromErrno();
+int removeSetting(const std::string& deviceDir, const std::string& key) {
+    if (!hasKnownPrefix(key)) return VCONF_ERROR_WRONG_PREFIX;
+    if (!removeFileDurably(settingPath(deviceDir, key))) return errorFromErrno();
     return VCONF_OK;
 }
 
-std::vector<std::string> listSettings(const std::string& deviceDir)
-{
+std::vector<std::string> listSettings(const std::string& deviceDir) {
     std::vector<std::string> keys;
     for (const std::string& directory : {persistentDirectory(deviceDir), volatileDirectory(deviceDir)}) {
         for (const std::string& name : listDirectory(directory)) {
@@ -230,8 +191,7 @@ std::vector<std::string> listSettings(const std::string& deviceDir)
     return keys;
 }
 
-void clearVolatileSettings(const std::string& deviceDir)
-{
+void clearVolatileSettings(const std::string& deviceDir) {
     const std::string directory = volatileDirectory(deviceDir);
     for (const std::string& name : listDirectory(directory))
         ::unlink((directory + "/" + name).c_str());

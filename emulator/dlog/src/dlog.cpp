@@ -19,28 +19,24 @@ static_assert(DLOG_MAX_MESSAGE_LENGTH <= Orvo::Emulator::kAllocationFreeMessageL
 
 extern "C" {
 
-int __dlog_vprint(log_id_t log_id, int prio, const char* tag, const char* fmt, va_list ap)
-{
+int __dlog_vprint(log_id_t log_id, int prio, const char* tag, const char* fmt, va_list ap) {
     if (tag == nullptr || fmt == nullptr || Orvo::Emulator::logBufferName(log_id) == nullptr)
         return DLOG_ERROR_INVALID_PARAMETER;
     char message[DLOG_MAX_MESSAGE_LENGTH + 1];
     const int formatted = std::vsnprintf(message, sizeof message, fmt, ap);
-    if (formatted < 0)
-        return DLOG_ERROR_INVALID_PARAMETER;
+    if (formatted < 0) return DLOG_ERROR_INVALID_PARAMETER;
     const std::size_t length = std::min<std::size_t>(static_cast<std::size_t>(formatted), DLOG_MAX_MESSAGE_LENGTH);
     char deviceDir[PATH_MAX];
-    if (!Orvo::Emulator::deviceDirectory(deviceDir, sizeof deviceDir))
-        return DLOG_ERROR_NOT_PERMITTED;
+    if (!Orvo::Emulator::deviceDirectory(deviceDir, sizeof deviceDir)) return DLOG_ERROR_NOT_PERMITTED;
     try {
         const int written = Orvo::Emulator::appendLogRecord(deviceDir, log_id, prio, tag, message, length);
         return written < 0 ? DLOG_ERROR_NOT_PERMITTED : written;
-    } catch (const std::bad_alloc&) {  // a tag too long for the stack
+    } catch (const std::bad_alloc&) { // a tag too long for the stack
         return DLOG_ERROR_NOT_PERMITTED;
     }
 }
 
-int __dlog_print(log_id_t log_id, int prio, const char* tag, const char* fmt, ...)
-{
+int __dlog_print(log_id_t log_id, int prio, const char* tag, const char* fmt, ...) {
     va_list ap;
     va_start(ap, fmt);
     const int result = __dlog_vprint(log_id, prio, tag, fmt, ap);
@@ -48,13 +44,11 @@ int __dlog_print(log_id_t log_id, int prio, const char* tag, const char* fmt, ..
     return result;
 }
 
-int dlog_vprint(log_priority prio, const char* tag, const char* fmt, va_list ap)
-{
+int dlog_vprint(log_priority prio, const char* tag, const char* fmt, va_list ap) {
     return __dlog_vprint(LOG_ID_APPS, prio, tag, fmt, ap);
 }
 
-int dlog_print(log_priority prio, const char* tag, const char* fmt, ...)
-{
+int dlog_print(log_priority prio, const char* tag, const char* fmt, ...) {
     va_list ap;
     va_start(ap, fmt);
     const int result = __dlog_vprint(LOG_ID_APPS, prio, tag, fmt, ap);

@@ -9,10 +9,7 @@ namespace Orvo {
 namespace Common {
 namespace Debug {
 
-bool isProduction()
-{
-    return Orvo::Emulator::DeviceConf::load(Orvo::Emulator::deviceDirectory()).production;
-}
+bool isProduction() { return Orvo::Emulator::DeviceConf::load(Orvo::Emulator::deviceDirectory()).production; }
 
 } // namespace Debug
 } // namespace Common

@@ -12,8 +12,7 @@ namespace fs = std::filesystem;
 namespace Orvo {
 namespace Emulator {
 
-std::string emulatorDataDirectory()
-{
+std::string emulatorDataDirectory() {
     const char* overridden = std::getenv("ORVO_EMULATOR_DATA_DIR");
     if (overridden != nullptr && *overridden != '\0') {
         return overridden;
@@ -27,8 +26,7 @@ std::string emulatorDataDirectory()
     return (executable.parent_path().parent_path() / "share" / "orvo-emulator").string();
 }
 
-std::vector<std::string> listProfiles(const std::string& dataDir)
-{
+std::vector<std::string> listProfiles(const std::string& dataDir) {
     std::vector<std::string> names;
     std::error_code error;
     for (fs::directory_iterator it(fs::path(dataDir) / "profiles", error), end; !error && it != end;

@@ -13,10 +13,8 @@ namespace Orvo {
 namespace Emulator {
 namespace {
 
-bool parseType(const std::string& name, SettingType& type)
-{
-    static const SettingType kTypes[] = {SettingType::Int, SettingType::Bool, SettingType::Double,
-                                         SettingType::String};
+bool parseType(const std::string& name, SettingType& type) {
+    static const SettingType kTypes[] = {SettingType::Int, SettingType::Bool, SettingType::Double, SettingType::String};
     for (SettingType candidate : kTypes) {
         if (name == settingTypeName(candidate)) {
             type = candidate;
@@ -27,8 +25,7 @@ bool parseType(const std::string& name, SettingType& type)
 }
 
 // Brings a value into the stored form of its type; false when it is not a value of that type.
-bool normaliseValue(SettingType type, std::string& value)
-{
+bool normaliseValue(SettingType type, std::string& value) {
     switch (type) {
     case SettingType::String:
         return value.size() <= kMaxSettingValueLength;
@@ -74,8 +71,7 @@ bool normaliseValue(SettingType type, std::string& value)
 
 } // namespace
 
-void applyProfileSettings(const std::string& deviceDir, const std::string& profileDir)
-{
+void applyProfileSettings(const std::string& deviceDir, const std::string& profileDir) {
     const std::string path = profileDir + "/settings";
     std::ifstream in(path);
     std::string line;
@@ -97,8 +93,7 @@ void applyProfileSettings(const std::string& deviceDir, const std::string& profi
         }
         const int result = writeSetting(deviceDir, key, setting);
         if (result != 0) {
-            throw std::runtime_error(where + ": cannot set " + key + " (vconf error " +
-                                     std::to_string(result) + ")");
+            throw std::runtime_error(where + ": cannot set " + key + " (vconf error " + std::to_string(result) + ")");
         }
     }
 }

@@ -21,31 +21,27 @@ namespace {
 
 const char* const kDefaultProfile = "tv";
 
-fs::path profileDirectory(const std::string& dataDir, const std::string& profile)
-{
-    const bool plainName = !profile.empty() && profile[0] != '.' &&
-                           profile.find('/') == std::string::npos;
+fs::path profileDirectory(const std::string& dataDir, const std::string& profile) {
+    const bool plainName = !profile.empty() && profile[0] != '.' && profile.find('/') == std::string::npos;
     const fs::path dir = fs::path(dataDir) / "profiles" / profile;
     if (!plainName || !fs::is_regular_file(dir / "device.conf")) {
         std::string known;
         for (const std::string& name : listProfiles(dataDir)) {
             known += (known.empty() ? "" : ", ") + name;
         }
-        throw std::runtime_error("unknown profile '" + profile + "' (available: " +
-                                 (known.empty() ? "none in " + dataDir : known) + ")");
+        throw std::runtime_error("unknown profile '" + profile +
+                                 "' (available: " + (known.empty() ? "none in " + dataDir : known) + ")");
     }
     return dir;
 }
 
-void requireDevice(const std::string& deviceDir)
-{
+void requireDevice(const std::string& deviceDir) {
     if (!fs::is_regular_file(fs::path(deviceDir) / "device.conf")) {
         throw std::runtime_error(deviceDir + " is not a device directory (no device.conf)");
     }
 }
 
-void emptyDirectory(const fs::path& dir, std::error_code& error)
-{
+void emptyDirectory(const fs::path& dir, std::error_code& error) {
     for (fs::directory_iterator it(dir, error), end; !error && it != end; it.increment(error)) {
         fs::remove_all(it->path(), error);
     }
@@ -53,8 +49,7 @@ void emptyDirectory(const fs::path& dir, std::error_code& error)
 
 // Empties the device's rootfs before the profile's files are copied in again, keeping the
 // directories that are (or lead to) a sandbox mount: a running sandbox keeps seeing the device.
-void clearRootfs(const fs::path& dir, const fs::path& devicePath, const std::set<fs::path>& keep)
-{
+void clearRootfs(const fs::path& dir, const fs::path& devicePath, const std::set<fs::path>& keep) {
     std::error_code error;
     for (fs::directory_iterator it(dir, error), end; !error && it != end; it.increment(error)) {
         const fs::path onDevice = devicePath / it->path().filename();
@@ -67,8 +62,7 @@ void clearRootfs(const fs::path& dir, const fs::path& devicePath, const std::set
     }
 }
 
-std::set<fs::path> sandboxDirectoriesAndParents(const std::string& deviceDir)
-{
+std::set<fs::path> sandboxDirectoriesAndParents(const std::string& deviceDir) {
     std::set<fs::path> result;
     for (const std::string& path : sandboxPaths(deviceDir)) {
         for (fs::path p = path; p != p.root_path() && !p.empty(); p = p.parent_path()) {
@@ -80,8 +74,7 @@ std::set<fs::path> sandboxDirectoriesAndParents(const std::string& deviceDir)
 
 } // namespace
 
-void createDevice(const std::string& deviceDir, const std::string& dataDir, const std::string& profile)
-{
+void createDevice(const std::string& deviceDir, const std::string& dataDir, const std::string& profile) {
     const fs::path source = profileDirectory(dataDir, profile);
     const fs::path target(deviceDir);
     std::error_code error;
@@ -110,8 +103,7 @@ void createDevice(const std::string& deviceDir, const std::string& dataDir, cons
     }
 }
 
-void resetDeviceToProfile(const std::string& deviceDir, const std::string& dataDir, const std::string& profile)
-{
+void resetDeviceToProfile(const std::string& deviceDir, const std::string& dataDir, const std::string& profile) {
     const fs::path source = profileDirectory(dataDir, profile);
     requireDevice(deviceDir);
     std::set<fs::path> keep = sandboxDirectoriesAndParents(deviceDir);
@@ -124,17 +116,16 @@ void resetDeviceToProfile(const std::string& deviceDir, const std::string& dataD
         fs::create_directories(rootfs);
         clearRootfs(rootfs, "/", keep);
         if (fs::is_directory(source / "rootfs")) {
-            fs::copy(source / "rootfs", rootfs,
-                     fs::copy_options::recursive | fs::copy_options::copy_symlinks |
-                         fs::copy_options::overwrite_existing);
+            fs::copy(
+                source / "rootfs", rootfs,
+                fs::copy_options::recursive | fs::copy_options::copy_symlinks | fs::copy_options::overwrite_existing);
         }
     } catch (const fs::filesystem_error& e) {
         throw std::runtime_error("cannot reset device " + deviceDir + ": " + e.code().message());
     }
 }
 
-void resetDeviceState(const std::string& deviceDir, const std::string& dataDir, const std::string& profile)
-{
+void resetDeviceState(const std::string& deviceDir, const std::string& dataDir, const std::string& profile) {
     const fs::path source = profileDirectory(dataDir, profile);
     requireDevice(deviceDir);
     for (const std::string& key : listSettings(deviceDir)) {
@@ -148,8 +139,7 @@ void resetDeviceState(const std::string& deviceDir, const std::string& dataDir, 
     applyProfileSettings(deviceDir, source.string());
 }
 
-std::string toolDeviceDirectory()
-{
+std::string toolDeviceDirectory() {
     // Only the default device is made on first use; one named by the environment is the caller's.
     const fs::path dir = deviceDirectory();
     if (dir != defaultDeviceDirectory() || fs::exists(dir / "device.conf")) {
@@ -169,8 +159,7 @@ std::string toolDeviceDirectory()
     return dir.string();
 }
 
-void rebootDevice(const std::string& deviceDir)
-{
+void rebootDevice(const std::string& deviceDir) {
     requireDevice(deviceDir);
     clearVolatileSettings(deviceDir);
 }

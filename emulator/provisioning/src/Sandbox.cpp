@@ -24,13 +24,11 @@ namespace Orvo {
 namespace Emulator {
 namespace {
 
-[[noreturn]] void fail(const std::string& what, int error)
-{
+[[noreturn]] void fail(const std::string& what, int error) {
     throw std::runtime_error(what + ": " + std::strerror(error));
 }
 
-void writeProcFile(const std::string& path, const std::string& text)
-{
+void writeProcFile(const std::string& path, const std::string& text) {
     std::ofstream out(path);
     out << text;
     out.flush();
@@ -39,8 +37,7 @@ void writeProcFile(const std::string& path, const std::string& text)
     }
 }
 
-void enterMountNamespace()
-{
+void enterMountNamespace() {
     if (::geteuid() == 0) {
         if (::unshare(CLONE_NEWNS) != 0) {
             fail("cannot create a mount namespace", errno);
@@ -59,8 +56,7 @@ void enterMountNamespace()
     writeProcFile("/proc/self/gid_map", std::to_string(gid) + " " + std::to_string(gid) + " 1");
 }
 
-void bindDevicePath(const fs::path& rootfs, const std::string& path)
-{
+void bindDevicePath(const fs::path& rootfs, const std::string& path) {
     const fs::path source = rootfs / fs::path(path).relative_path();
     std::error_code error;
     fs::create_directories(source, error);
@@ -69,8 +65,7 @@ void bindDevicePath(const fs::path& rootfs, const std::string& path)
     }
     if (!fs::is_directory(path)) {
         if (::geteuid() != 0) {
-            throw std::runtime_error("mount point " + path +
-                                     " is missing on this machine and only root can create it");
+            throw std::runtime_error("mount point " + path + " is missing on this machine and only root can create it");
         }
         fs::create_directories(path, error);
         if (error) {
@@ -84,8 +79,7 @@ void bindDevicePath(const fs::path& rootfs, const std::string& path)
 
 } // namespace
 
-std::vector<std::string> sandboxPaths(const std::string& deviceDir)
-{
+std::vector<std::string> sandboxPaths(const std::string& deviceDir) {
     std::vector<std::string> paths = {"/common", "/mnt/systemrw", "/mnt/backup"};
     for (const auto& root : DeviceConf::load(deviceDir).tzplatform) {
         // Only the system's own directory under a root: never the shared root itself.
@@ -100,8 +94,7 @@ std::vector<std::string> sandboxPaths(const std::string& deviceDir)
     return paths;
 }
 
-void enterSandbox(const std::string& deviceDir)
-{
+void enterSandbox(const std::string& deviceDir) {
     std::error_code error;
     const fs::path device = fs::canonical(deviceDir, error);
     if (error || !fs::is_regular_file(device / "device.conf")) {

@@ -17,7 +17,7 @@ enum tzplatform_variable {
 
 /* The directory of variable id, or NULL for an id the platform does not know. The string is
  * owned by the library and stays valid for the life of the process; never free it. */
-const char *tzplatform_getenv(enum tzplatform_variable id);
+const char* tzplatform_getenv(enum tzplatform_variable id);
 
 #ifdef __cplusplus
 }

@@ -18,8 +18,7 @@ namespace {
 // under them. Every directory ever returned is therefore kept here, once, and never released
 // (not even at exit, where other threads may still use it). Set nodes never move, so the
 // pointer of each string stays valid.
-const char* intern(const std::string& text)
-{
+const char* intern(const std::string& text) {
     static std::mutex mutex;
     static std::set<std::string>* const strings = new std::set<std::string>;
     std::lock_guard<std::mutex> lock(mutex);
@@ -28,8 +27,7 @@ const char* intern(const std::string& text)
 
 } // namespace
 
-extern "C" const char* tzplatform_getenv(enum tzplatform_variable id)
-{
+extern "C" const char* tzplatform_getenv(enum tzplatform_variable id) {
     try {
         const Orvo::Emulator::DeviceConf conf = Orvo::Emulator::DeviceConf::load(Orvo::Emulator::deviceDirectory());
         const auto entry = conf.tzplatform.find(static_cast<int>(id));

@@ -26,21 +26,21 @@ extern "C" {
 #define VCONF_ERROR_NOT_SUPPORTED -33
 
 /* A set creates a missing key; a set with another type replaces the key with the new type. */
-int vconf_set_int(const char *in_key, const int intval);
-int vconf_set_bool(const char *in_key, const int boolval); /* 1 true, 0 false */
-int vconf_set_dbl(const char *in_key, const double dblval);
-int vconf_set_str(const char *in_key, const char *strval);
+int vconf_set_int(const char* in_key, const int intval);
+int vconf_set_bool(const char* in_key, const int boolval); /* 1 true, 0 false */
+int vconf_set_dbl(const char* in_key, const double dblval);
+int vconf_set_str(const char* in_key, const char* strval);
 
 /* A missing key fails with VCONF_ERROR_FILE_NO_ENT, a key of another type with
  * VCONF_ERROR_WRONG_TYPE; in both cases the output is left untouched. */
-int vconf_get_int(const char *in_key, int *intval);
-int vconf_get_bool(const char *in_key, int *boolval);
-int vconf_get_dbl(const char *in_key, double *dblval);
+int vconf_get_int(const char* in_key, int* intval);
+int vconf_get_bool(const char* in_key, int* boolval);
+int vconf_get_dbl(const char* in_key, double* dblval);
 
 /* Returns a malloc'ed copy that the caller releases with free(), or NULL on failure. */
-char *vconf_get_str(const char *in_key);
+char* vconf_get_str(const char* in_key);
 
-int vconf_unset(const char *in_key);
+int vconf_unset(const char* in_key);
 
 /* Why the calling thread's last vconf call failed (one of VCONF_ERROR_*), VCONF_OK after a success. */
 int vconf_get_ext_errno(void);

@@ -23,8 +23,7 @@ thread_local int lastError = VCONF_OK;
 // Records why the call failed for vconf_get_ext_errno() and maps the result to 0 / -1.
 // A C caller must never see a C++ exception; the only one possible here is an allocation failure.
 template <typename Operation>
-int run(Operation operation)
-{
+int run(Operation operation) {
     try {
         lastError = operation();
     } catch (const std::bad_alloc&) {
@@ -33,24 +32,18 @@ int run(Operation operation)
     return lastError == VCONF_OK ? 0 : -1;
 }
 
-int readTyped(const char* key, SettingType type, Setting& out)
-{
-    if (key == nullptr)
-        return VCONF_ERROR;
+int readTyped(const char* key, SettingType type, Setting& out) {
+    if (key == nullptr) return VCONF_ERROR;
     Setting setting;
     const int result = Orvo::Emulator::readSetting(Orvo::Emulator::deviceDirectory(), key, setting);
-    if (result != VCONF_OK)
-        return result;
-    if (setting.type != type)
-        return VCONF_ERROR_WRONG_TYPE;
+    if (result != VCONF_OK) return result;
+    if (setting.type != type) return VCONF_ERROR_WRONG_TYPE;
     out = setting;
     return VCONF_OK;
 }
 
-int writeTyped(const char* key, SettingType type, const std::string& value)
-{
-    if (key == nullptr)
-        return VCONF_ERROR;
+int writeTyped(const char* key, SettingType type, const std::string& value) {
+    if (key == nullptr) return VCONF_ERROR;
     Setting setting;
     setting.type = type;
     setting.value = value;
@@ -58,13 +51,11 @@ int writeTyped(const char* key, SettingType type, const std::string& value)
 }
 
 // The settings store has validated the text of an int or bool before handing it out.
-int readInt(const char* key, SettingType type, int* value)
-{
+int readInt(const char* key, SettingType type, int* value) {
     return run([&] {
         Setting setting;
         const int result = value == nullptr ? VCONF_ERROR : readTyped(key, type, setting);
-        if (result == VCONF_OK)
-            Orvo::Emulator::parseInt(setting.value, *value);
+        if (result == VCONF_OK) Orvo::Emulator::parseInt(setting.value, *value);
         return result;
     });
 }
@@ -73,69 +64,54 @@ int readInt(const char* key, SettingType type, int* value)
 
 extern "C" {
 
-int vconf_set_int(const char* in_key, const int intval)
-{
+int vconf_set_int(const char* in_key, const int intval) {
     return run([&] { return writeTyped(in_key, SettingType::Int, std::to_string(intval)); });
 }
 
-int vconf_set_bool(const char* in_key, const int boolval)
-{
+int vconf_set_bool(const char* in_key, const int boolval) {
     return run([&] { return writeTyped(in_key, SettingType::Bool, boolval != 0 ? "1" : "0"); });
 }
 
-int vconf_set_dbl(const char* in_key, const double dblval)
-{
+int vconf_set_dbl(const char* in_key, const double dblval) {
     return run([&] { return writeTyped(in_key, SettingType::Double, Orvo::Emulator::formatDouble(dblval)); });
 }
 
-int vconf_set_str(const char* in_key, const char* strval)
-{
+int vconf_set_str(const char* in_key, const char* strval) {
     return run([&] { return strval == nullptr ? VCONF_ERROR : writeTyped(in_key, SettingType::String, strval); });
 }
 
-int vconf_get_int(const char* in_key, int* intval)
-{
-    return readInt(in_key, SettingType::Int, intval);
-}
+int vconf_get_int(const char* in_key, int* intval) { return readInt(in_key, SettingType::Int, intval); }
 
-int vconf_get_bool(const char* in_key, int* boolval)
-{
-    return readInt(in_key, SettingType::Bool, boolval);
-}
+int vconf_get_bool(const char* in_key, int* boolval) { return readInt(in_key, SettingType::Bool, boolval); }
 
-int vconf_get_dbl(const char* in_key, double* dblval)
-{
+int vconf_get_dbl(const char* in_key, double* dblval) {
     return run([&] {
         Setting setting;
         const int result = dblval == nullptr ? VCONF_ERROR : readTyped(in_key, SettingType::Double, setting);
-        if (result == VCONF_OK)
-            Orvo::Emulator::parseDouble(setting.value, *dblval);
+        if (result == VCONF_OK) Orvo::Emulator::parseDouble(setting.value, *dblval);
         return result;
     });
 }
 
-char* vconf_get_str(const char* in_key)
-{
+char* vconf_get_str(const char* in_key) {
     char* copy = nullptr;
     run([&] {
         Setting setting;
         const int result = readTyped(in_key, SettingType::String, setting);
-        if (result != VCONF_OK)
-            return result;
+        if (result != VCONF_OK) return result;
         copy = ::strdup(setting.value.c_str());
         return copy == nullptr ? VCONF_ERROR_NO_MEM : VCONF_OK;
     });
     return copy;
 }
 
-int vconf_unset(const char* in_key)
-{
-    return run([&] { return in_key == nullptr ? VCONF_ERROR : Orvo::Emulator::removeSetting(Orvo::Emulator::deviceDirectory(), in_key); });
+int vconf_unset(const char* in_key) {
+    return run([&] {
+        return in_key == nullptr ? VCONF_ERROR
+                                 : Orvo::Emulator::removeSetting(Orvo::Emulator::deviceDirectory(), in_key);
+    });
 }
 
-int vconf_get_ext_errno(void)
-{
-    return lastError;
-}
+int vconf_get_ext_errno(void) { return lastError; }
 
 } // extern "C"

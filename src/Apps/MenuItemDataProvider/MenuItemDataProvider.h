@@ -96,7 +96,7 @@ typedef struct MenuItemDataProvider {
 #define MENU_ITEM_DATA_PROVIDER_ASSERT(condition, message) _Static_assert(condition, message)
 #endif
 
-#define MENU_ITEM_DATA_PROVIDER_ASSERT_SLOT(member, index)                                   \
+#define MENU_ITEM_DATA_PROVIDER_ASSERT_SLOT(member, index)                                            \
     MENU_ITEM_DATA_PROVIDER_ASSERT(offsetof(MenuItemDataProvider, member) == (index) * sizeof(void*), \
                                    #member " must sit in slot " #index)
 

@@ -21,8 +21,8 @@ namespace Apps {
 
 namespace {
 
-constexpr int32_t kPaneFamilyKey = 740;  // bool: the device belongs to the PANE family
-constexpr int32_t kProductKindKey = 77;  // int: 0 for a television
+constexpr int32_t kPaneFamilyKey = 740; // bool: the device belongs to the PANE family
+constexpr int32_t kProductKindKey = 77; // int: 0 for a television
 constexpr const char* kTranslationError = "TRANSLATION_ERROR";
 
 // Base message id to the id worded for this kind of product. std::less<> lets ids be looked up

@@ -14,7 +14,7 @@ namespace {
 // Texts up to this length go out as one line, line feeds and all.
 constexpr std::size_t kLineLength = 768;
 
-std::atomic<uint32_t> g_sequence{0};  // the first line carries 1; wraps silently
+std::atomic<uint32_t> g_sequence{0}; // the first line carries 1; wraps silently
 
 void emitLine(const LevelRoute& route, const char* tag, const char* line) {
     char threadText[kThreadTextSize];

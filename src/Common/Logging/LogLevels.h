@@ -8,9 +8,9 @@ namespace Common {
 namespace Logging {
 
 struct LevelRoute {
-    int buffer;          // log_id_t
-    int priority;        // log_priority
-    const char* format;  // module name, thread text, sequence number, text
+    int buffer;         // log_id_t
+    int priority;       // log_priority
+    const char* format; // module name, thread text, sequence number, text
 };
 
 // The route of a level; levels outside VERBOSE..FTL go to the system buffer at error priority

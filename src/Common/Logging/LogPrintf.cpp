@@ -14,7 +14,7 @@ namespace {
 constexpr std::size_t kStackBufferSize = 1024;
 constexpr std::size_t kHeapBufferSize = 16384;
 constexpr int32_t kBytesPerRow = 16;
-constexpr int32_t kDefaultDumpLength = 4;  // a caller's zero length still dumps four bytes
+constexpr int32_t kDefaultDumpLength = 4; // a caller's zero length still dumps four bytes
 constexpr char kHexDigits[] = "0123456789abcdef";
 
 struct FreeDeleter {
@@ -29,7 +29,7 @@ void dumpRows(LogSink sink, const char* tag, int32_t level, char* buffer, std::s
     char* const rowStart = buffer + messageLength;
     int32_t remaining = dataLength > 0 ? dataLength : kDefaultDumpLength;
     for (unsigned row = 0; remaining > 0; ++row) {
-        *rowStart = '\0';  // the previous row's text goes
+        *rowStart = '\0'; // the previous row's text goes
         char header[16];
         const std::size_t headerLength = static_cast<std::size_t>(std::snprintf(header, sizeof header, " %04x=", row));
         bool fits = headerLength <= space;
@@ -61,9 +61,9 @@ void dumpRows(LogSink sink, const char* tag, int32_t level, char* buffer, std::s
 
 } // namespace
 
-void logPrintf(LogSink sink, const char* tag, int32_t level, const void* data, int32_t dataLength,
-               const char* format, ...) noexcept {
-    if (static_cast<uint32_t>(level) <= 1U) return;  // levels 0 and VERBOSE are never emitted
+void logPrintf(LogSink sink, const char* tag, int32_t level, const void* data, int32_t dataLength, const char* format,
+               ...) noexcept {
+    if (static_cast<uint32_t>(level) <= 1U) return; // levels 0 and VERBOSE are never emitted
 
     char stackBuffer[kStackBufferSize];
     char* buffer = stackBuffer;
@@ -83,7 +83,7 @@ void logPrintf(LogSink sink, const char* tag, int32_t level, const void* data, i
             length = std::vsnprintf(buffer, kHeapBufferSize, format, args);
             va_end(args);
         }
-        if (length < 0) buffer[0] = '\0';  // the formatter failed: an empty text
+        if (length < 0) buffer[0] = '\0'; // the formatter failed: an empty text
     }
     // A text that did not fit even the heap buffer stays cut at its last byte.
 
@@ -91,8 +91,8 @@ void logPrintf(LogSink sink, const char* tag, int32_t level, const void* data, i
         sink(tag, level, buffer);
         return;
     }
-    dumpRows(sink, tag, level, buffer, bufferSize, std::strlen(buffer),
-             static_cast<const unsigned char*>(data), dataLength);
+    dumpRows(sink, tag, level, buffer, bufferSize, std::strlen(buffer), static_cast<const unsigned char*>(data),
+             dataLength);
 }
 
 } // namespace Logging

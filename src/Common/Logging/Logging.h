@@ -12,7 +12,7 @@ namespace Common {
 namespace Logging {
 
 enum LogLevel : int32_t {
-    VERBOSE = 1,  // never emitted
+    VERBOSE = 1, // never emitted
     DBG = 2,
     INF = 3,
     WRN = 4,
@@ -29,8 +29,8 @@ using LogSink = void (*)(const char* tag, int32_t level, char* text);
 
 // Formats the message and hands it to the sink; with a data block, one line per 16 bytes of hex
 // dump. Levels 0 and 1 are dropped. Allocates nothing unless the text exceeds 1,023 bytes.
-void logPrintf(LogSink sink, const char* tag, int32_t level, const void* data, int32_t dataLength,
-               const char* format, ...) noexcept __attribute__((format(printf, 6, 7)));
+void logPrintf(LogSink sink, const char* tag, int32_t level, const void* data, int32_t dataLength, const char* format,
+               ...) noexcept __attribute__((format(printf, 6, 7)));
 
 // Writes a text to dlog, line by line, with module name, thread, sequence number and level.
 void dlogLineSink(const char* tag, int32_t level, char* text);
@@ -118,17 +118,14 @@ public:
 
 // Log statement: ORVO_LOG(INF, "Model string: %s.", model.c_str());
 // The line reads "<file base name>:<line>><message>".
-#define ORVO_LOG(level, format, ...)                                                                 \
-    ::Orvo::Common::Logging::logPrintf(&::Orvo::Common::Logging::dlogLineSink,                      \
-                                       ::Orvo::Common::Logging::kLogTag,                            \
-                                       ::Orvo::Common::Logging::level, nullptr, 0, "%s:%d>" format, \
-                                       ::Orvo::Common::Logging::baseName(__FILE__), __LINE__,       \
-                                       ##__VA_ARGS__)
+#define ORVO_LOG(level, format, ...)                                                                             \
+    ::Orvo::Common::Logging::logPrintf(&::Orvo::Common::Logging::dlogLineSink, ::Orvo::Common::Logging::kLogTag, \
+                                       ::Orvo::Common::Logging::level, nullptr, 0, "%s:%d>" format,              \
+                                       ::Orvo::Common::Logging::baseName(__FILE__), __LINE__, ##__VA_ARGS__)
 
 // Stream statement: ORVO_LOG_STREAM(ERR) << "Error while saving" << diagnostic;
-#define ORVO_LOG_STREAM(level)                                                                      \
-    ::Orvo::Common::Logging::LoggingClass::LoggingStream(::Orvo::Common::Logging::kLogTag,         \
-                                                         ::Orvo::Common::Logging::level,           \
-                                                         ::Orvo::Common::Logging::baseName(__FILE__), \
-                                                         __LINE__)                                 \
+#define ORVO_LOG_STREAM(level)                                                                                  \
+    ::Orvo::Common::Logging::LoggingClass::LoggingStream(::Orvo::Common::Logging::kLogTag,                      \
+                                                         ::Orvo::Common::Logging::level,                        \
+                                                         ::Orvo::Common::Logging::baseName(__FILE__), __LINE__) \
         .stream()

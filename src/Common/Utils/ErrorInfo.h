@@ -38,11 +38,11 @@ struct tag_errinfo_subject;
 struct tag_errinfo_supportcode;
 struct tag_errinfo_rethrows;
 
-using errinfo_errorcode = boost::error_info<tag_errinfo_errorcode, int32_t>;   // platform result, errno
-using errinfo_stream = boost::error_info<tag_errinfo_stream, std::string>;     // text composed at the throw site
-using errinfo_string = boost::error_info<tag_errinfo_string, std::string>;     // the value the failure concerns
+using errinfo_errorcode = boost::error_info<tag_errinfo_errorcode, int32_t>; // platform result, errno
+using errinfo_stream = boost::error_info<tag_errinfo_stream, std::string>;   // text composed at the throw site
+using errinfo_string = boost::error_info<tag_errinfo_string, std::string>;   // the value the failure concerns
 using errinfo_description = boost::error_info<tag_errinfo_description, std::string>;
-using errinfo_subject = boost::error_info<tag_errinfo_subject, std::string>;   // file, sink, ...
+using errinfo_subject = boost::error_info<tag_errinfo_subject, std::string>; // file, sink, ...
 using errinfo_supportcode = boost::error_info<tag_errinfo_supportcode, std::string>;
 using errinfo_rethrows = boost::error_info<tag_errinfo_rethrows, std::string>; // newest context first
 
@@ -84,7 +84,7 @@ private:
 
 // The same with a fixed function text, for throw sites whose recorded function is part of the
 // contract and must not depend on the compiler's spelling of __PRETTY_FUNCTION__.
-#define ORVO_THROW_IN(functionText, exception)                                               \
-    ::boost::throw_exception(::boost::enable_error_info(exception)                           \
-                             << ::boost::throw_function(functionText)                        \
-                             << ::boost::throw_file(__FILE__) << ::boost::throw_line(__LINE__))
+#define ORVO_THROW_IN(functionText, exception)                                                         \
+    ::boost::throw_exception(::boost::enable_error_info(exception)                                     \
+                             << ::boost::throw_function(functionText) << ::boost::throw_file(__FILE__) \
+                             << ::boost::throw_line(__LINE__))

@@ -19,9 +19,7 @@ void logUnknownException(const std::string& context) {
 
 } // namespace
 
-RethrowExceptionStream::RethrowExceptionStream(boost::exception_ptr excPtr) : m_excPtr(excPtr) {
-    ORVO_ASSERT(excPtr);
-}
+RethrowExceptionStream::RethrowExceptionStream(boost::exception_ptr excPtr) : m_excPtr(excPtr) { ORVO_ASSERT(excPtr); }
 
 RethrowExceptionStream::~RethrowExceptionStream() noexcept(false) {
     try {

@@ -102,13 +102,9 @@ bool DebugAndTestParameters::readFile() {
     return false;
 }
 
-void DebugAndTestParameters::read(std::istream& in) {
-    readXmlArchive(in, kArchiveObjectName, *this);
-}
+void DebugAndTestParameters::read(std::istream& in) { readXmlArchive(in, kArchiveObjectName, *this); }
 
-void DebugAndTestParameters::write(std::ostream& out) const {
-    writeXmlArchive(out, kArchiveObjectName, *this);
-}
+void DebugAndTestParameters::write(std::ostream& out) const { writeXmlArchive(out, kArchiveObjectName, *this); }
 
 void DebugAndTestParameters::save(const std::string& path) const {
     try {

@@ -16,9 +16,15 @@ const std::string& DebugAndTestParameters::otnTestServerAddress() const { return
 uint32_t DebugAndTestParameters::numberOfFailures() const { return m_numberOfFailures; }
 bool DebugAndTestParameters::durationReduced() const { return m_durationReduced; }
 int32_t DebugAndTestParameters::setOTASetServiceOption() const { return m_setOTASetServiceOption; }
-const InstallationPerformanceParameters& DebugAndTestParameters::installationPerformanceParameters() const { return m_installationPerformanceParameters; }
-const std::string& DebugAndTestParameters::serviceTransactionStubScenarioPath() const { return m_serviceTransactionStubScenarioPath; }
-const std::string& DebugAndTestParameters::coreTransactionStubScenarioPath() const { return m_coreTransactionStubScenarioPath; }
+const InstallationPerformanceParameters& DebugAndTestParameters::installationPerformanceParameters() const {
+    return m_installationPerformanceParameters;
+}
+const std::string& DebugAndTestParameters::serviceTransactionStubScenarioPath() const {
+    return m_serviceTransactionStubScenarioPath;
+}
+const std::string& DebugAndTestParameters::coreTransactionStubScenarioPath() const {
+    return m_coreTransactionStubScenarioPath;
+}
 const std::string& DebugAndTestParameters::otnOUItemDownloadDirectory() const { return m_otnOUItemDownloadDirectory; }
 const std::string& DebugAndTestParameters::resumeDataBackupDirectory() const { return m_resumeDataBackupDirectory; }
 const std::map<std::string, int32_t>& DebugAndTestParameters::customIntParams() const { return m_customIntParams; }
@@ -35,14 +41,28 @@ void DebugAndTestParameters::setOtnTestServerAddress(const std::string& value) {
 void DebugAndTestParameters::setNumberOfFailures(uint32_t value) { m_numberOfFailures = value; }
 void DebugAndTestParameters::setDurationReduced(bool value) { m_durationReduced = value; }
 void DebugAndTestParameters::setSetOTASetServiceOption(int32_t value) { m_setOTASetServiceOption = value; }
-void DebugAndTestParameters::setInstallationPerformanceParameters(const InstallationPerformanceParameters& value) { m_installationPerformanceParameters = value; }
-void DebugAndTestParameters::setServiceTransactionStubScenarioPath(const std::string& value) { m_serviceTransactionStubScenarioPath = value; }
-void DebugAndTestParameters::setCoreTransactionStubScenarioPath(const std::string& value) { m_coreTransactionStubScenarioPath = value; }
-void DebugAndTestParameters::setOtnOUItemDownloadDirectory(const std::string& value) { m_otnOUItemDownloadDirectory = value; }
-void DebugAndTestParameters::setResumeDataBackupDirectory(const std::string& value) { m_resumeDataBackupDirectory = value; }
-void DebugAndTestParameters::setCustomIntParams(const std::map<std::string, int32_t>& value) { m_customIntParams = value; }
+void DebugAndTestParameters::setInstallationPerformanceParameters(const InstallationPerformanceParameters& value) {
+    m_installationPerformanceParameters = value;
+}
+void DebugAndTestParameters::setServiceTransactionStubScenarioPath(const std::string& value) {
+    m_serviceTransactionStubScenarioPath = value;
+}
+void DebugAndTestParameters::setCoreTransactionStubScenarioPath(const std::string& value) {
+    m_coreTransactionStubScenarioPath = value;
+}
+void DebugAndTestParameters::setOtnOUItemDownloadDirectory(const std::string& value) {
+    m_otnOUItemDownloadDirectory = value;
+}
+void DebugAndTestParameters::setResumeDataBackupDirectory(const std::string& value) {
+    m_resumeDataBackupDirectory = value;
+}
+void DebugAndTestParameters::setCustomIntParams(const std::map<std::string, int32_t>& value) {
+    m_customIntParams = value;
+}
 
-void DebugAndTestParameters::setCustomIntParam(const std::string& name, int32_t value) { m_customIntParams[name] = value; }
+void DebugAndTestParameters::setCustomIntParam(const std::string& name, int32_t value) {
+    m_customIntParams[name] = value;
+}
 
 } // namespace OrvoCommon
 } // namespace Orvo

@@ -85,9 +85,8 @@ bool InstallationPerformanceParameters::operator==(const InstallationPerformance
                         p.m_decompressorOutputBufferSize, p.m_installationChunkSize, p.m_verificationChunkSize,
                         p.m_forceInstallationRewriteMode, p.m_forceVerificationRewriteMode,
                         p.m_installationWorkerThreads, p.m_allowBpsProviders, p.m_parallelizeReads,
-                        p.m_parallelizeWrites, p.m_numberOfBuffersForParallelization,
-                        p.m_buffersSizeForParallelization, p.m_verificationInitialBpsEstimate,
-                        p.m_otaDownloadingProgressScale, p.m_verificationScale);
+                        p.m_parallelizeWrites, p.m_numberOfBuffersForParallelization, p.m_buffersSizeForParallelization,
+                        p.m_verificationInitialBpsEstimate, p.m_otaDownloadingProgressScale, p.m_verificationScale);
     };
     return fields(*this) == fields(other);
 }

@@ -67,8 +67,12 @@ public:
     void setDecrypterInputBufferSize(uint32_t value) { m_decrypterInputBufferSize = value; }
     void setInstallationChunkSize(uint32_t value) { m_installationChunkSize = value; }
     void setVerificationChunkSize(uint32_t value) { m_verificationChunkSize = value; }
-    void setForceInstallationRewriteMode(const boost::optional<RewriteMode>& value) { m_forceInstallationRewriteMode = value; }
-    void setForceVerificationRewriteMode(const boost::optional<RewriteMode>& value) { m_forceVerificationRewriteMode = value; }
+    void setForceInstallationRewriteMode(const boost::optional<RewriteMode>& value) {
+        m_forceInstallationRewriteMode = value;
+    }
+    void setForceVerificationRewriteMode(const boost::optional<RewriteMode>& value) {
+        m_forceVerificationRewriteMode = value;
+    }
     void setInstallationWorkerThreads(int32_t value) { m_installationWorkerThreads = value; }
     void setAllowBpsProviders(bool value) { m_allowBpsProviders = value; }
     void setParallelizeReads(bool value) { m_parallelizeReads = value; }

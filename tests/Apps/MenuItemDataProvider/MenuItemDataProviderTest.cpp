@@ -27,7 +27,8 @@ TEST(ProviderRecord, FillsTheNineSlotsAndNothingElse) {
     void* slots[51]; // read by position, as the host does
     std::memcpy(slots, plugin.record, sizeof slots);
     const std::set<size_t> filled = {0, 8, 11, 12, 13, 14, 38, 44, 45};
-    for (size_t slot = 0; slot < 51; ++slot) EXPECT_EQ(slots[slot] != nullptr, filled.count(slot) == 1) << slot;
+    for (size_t slot = 0; slot < 51; ++slot)
+        EXPECT_EQ(slots[slot] != nullptr, filled.count(slot) == 1) << slot;
 }
 
 TEST(ProviderRecord, FreeStringAndDeleteProviderResults) {
@@ -59,7 +60,8 @@ TEST(ProviderRecord, TheModuleExportsOnlyTheTwoVersionedEntryPoints) {
         if (type != "A") exports.insert(name); // the version node is listed as an absolute symbol
     }
     EXPECT_EQ(exports, (std::set<std::string>{"create_provider@@ORVOMENUITEMDATAPROVIDER",
-                                              "delete_provider@@ORVOMENUITEMDATAPROVIDER"})) << nm.err;
+                                              "delete_provider@@ORVOMENUITEMDATAPROVIDER"}))
+        << nm.err;
 }
 
 constexpr const char* kNewestVersion = "memory/menu/support/softwareupdate/newest_version";
@@ -91,7 +93,8 @@ std::string description(const BranchItem& item, const std::string& profile = "tv
         {std::string("monitor") + kAutoUpdate.id, "TV_SID_AUTO_SW_UPDATE_DEVICE_POWER_OFF"}};
     const auto variant = variants.find(profile + item.id);
     std::string text = catalogue(variant == variants.end() ? item.helpId : variant->second);
-    for (size_t at = text.find('\n'); at != std::string::npos; at = text.find('\n', at)) text.replace(at, 1, "<br>");
+    for (size_t at = text.find('\n'); at != std::string::npos; at = text.find('\n', at))
+        text.replace(at, 1, "<br>");
     return text + currentLine() + newestLine();
 }
 
@@ -157,11 +160,13 @@ TEST_F(Menu, InfoKeyShowsTheDetailedBlockInTheNextDescriptionOnly) {
     device.setConf("system-info.8", "string 2024-01-02 03:04:05");
     device.writeFile("/common/version.txt", "17.040.1 2024-01-01 release/17.040\n");
     const std::string normal = description(kBranch);
-    for (const char* key : {"XF86InfoX", "XF86", static_cast<const char*>(nullptr)}) plugin.record->onKeyEvent(key);
+    for (const char* key : {"XF86InfoX", "XF86", static_cast<const char*>(nullptr)})
+        plugin.record->onKeyEvent(key);
     EXPECT_EQ(plugin.description(kBranch.id), normal) << "other keys are ignored";
     plugin.record->onKeyEvent("XF86Info");
-    EXPECT_EQ(plugin.description(kBranch.id), "SW Version: T-ABCDEFG-01024.3\n\nBuild date: 2024-01-02 03:04:05\n"
-                                              "Key Type: Debug\nCommon version: 17.040.1");
+    EXPECT_EQ(plugin.description(kBranch.id),
+              "SW Version: T-ABCDEFG-01024.3\n\nBuild date: 2024-01-02 03:04:05\n"
+              "Key Type: Debug\nCommon version: 17.040.1");
     EXPECT_EQ(plugin.description(kBranch.id), normal) << "once";
     plugin.record->onKeyEvent("XF86Info");
     EXPECT_EQ(plugin.description(kUpdateNow.id), description(kUpdateNow)) << "another item consumes the key";
@@ -173,10 +178,14 @@ TEST_F(Menu, InfoKeyShowsTheDetailedBlockInTheNextDescriptionOnly) {
 }
 
 TEST_F(Menu, TogglesAreTheSettingsOfTheirIdsAndShowTheMessageIdOfTheirState) {
-    struct { const char* id; std::optional<int> stored; const char* written; } const rows[] = {
-        {kAutoUpdate.id, 0, "SID_OFF"}, {kAutoUpdate.id, 1, "SID_ON"}, {kUseCellular.id, 1, "SID_ON"},
-        {kAutoUpdate.id, 2, nullptr},   {kAutoUpdate.id, -1, nullptr}, {kUseCellular.id, {}, nullptr},
-        {kUpdateNow.id, {}, nullptr},   {"db/menu/support/softwareupdate/autoupdate/", 1, nullptr}};
+    struct {
+        const char* id;
+        std::optional<int> stored;
+        const char* written;
+    } const rows[] = {{kAutoUpdate.id, 0, "SID_OFF"}, {kAutoUpdate.id, 1, "SID_ON"},
+                      {kUseCellular.id, 1, "SID_ON"}, {kAutoUpdate.id, 2, nullptr},
+                      {kAutoUpdate.id, -1, nullptr},  {kUseCellular.id, {}, nullptr},
+                      {kUpdateNow.id, {}, nullptr},   {"db/menu/support/softwareupdate/autoupdate/", 1, nullptr}};
     int value = 0;
     for (const auto& row : rows) {
         SCOPED_TRACE(std::string(row.id) + " = " + std::to_string(row.stored.value_or(-99)));
@@ -194,10 +203,14 @@ TEST_F(Menu, TogglesAreTheSettingsOfTheirIdsAndShowTheMessageIdOfTheirState) {
 }
 
 TEST_F(Menu, ModelSearchShowsTheModelUnderTheZoneLetter) {
-    struct { const char *version, *zone, *submodel, *shown; } const rows[] = { // version null: unreadable
-        {"ABC-DEF-1234.5", "int 0", "", "ABC-DEF"}, {"ABCDEF", "int 0", "", "ABCDEF"},
-        {"ABC-DEF-1234.5", "int 5", "XYZ", "EYZ"},  {"ABC-DEF-1234.5", "int 5", "", "EBC-DEF"},
-        {nullptr, "int 5", "", ""}};
+    struct {
+        const char *version, *zone, *submodel, *shown;
+    } const rows[] = {// version null: unreadable
+                      {"ABC-DEF-1234.5", "int 0", "", "ABC-DEF"},
+                      {"ABCDEF", "int 0", "", "ABCDEF"},
+                      {"ABC-DEF-1234.5", "int 5", "XYZ", "EYZ"},
+                      {"ABC-DEF-1234.5", "int 5", "", "EBC-DEF"},
+                      {nullptr, "int 5", "", ""}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.shown);
         device.setConf("system-info.128", row.version ? std::string("string ") + row.version : "error -5");

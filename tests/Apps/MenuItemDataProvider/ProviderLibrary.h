@@ -22,9 +22,8 @@ constexpr BranchItem kBranchItems[] = {
     {"db/menu/support/softwareupdate/use_cellular_int", "COM_TV_SID_MENU_UPDATE_WITH_CELLULAR_NETWROK",
      "COM_TV_SID_MENU_USE_CELLULAR_NETWORK_UPDATE"},
     {"menu/support/softwareupdate/osupgrade", "COM_SID_OSUPGRADE", "COM_SID_OSUPGRADE"}};
-constexpr const BranchItem &kBranch = kBranchItems[0], &kUpdateNow = kBranchItems[1],
-                           &kSearchModels = kBranchItems[2], &kAutoUpdate = kBranchItems[3],
-                           &kUseCellular = kBranchItems[4];
+constexpr const BranchItem &kBranch = kBranchItems[0], &kUpdateNow = kBranchItems[1], &kSearchModels = kBranchItems[2],
+                           &kAutoUpdate = kBranchItems[3], &kUseCellular = kBranchItems[4];
 
 using EntryPoint = int (*)(MenuItemDataProvider**);
 

@@ -34,11 +34,13 @@ TEST_P(Translator, FirstTranslationFromEightThreadsDecidesTheVariantsForTheWhole
     std::vector<std::future<std::string>> translations;
     for (int thread = 0; thread < 8; ++thread) {
         translations.push_back(std::async(std::launch::async, [&starting] {
-            for (--starting; starting > 0;) std::this_thread::yield();
+            for (--starting; starting > 0;)
+                std::this_thread::yield();
             return CEflTranslator::translate(kIds);
         }));
     }
-    for (auto& translation : translations) EXPECT_EQ(translation.get(), GetParam().ids);
+    for (auto& translation : translations)
+        EXPECT_EQ(translation.get(), GetParam().ids);
     device.setConf("system-info.740", GetParam().paneFamily == std::string("bool true") ? "bool false" : "bool true");
     device.setConf("system-info.77", "int 1");
     EXPECT_EQ(CEflTranslator::translate(kIds), GetParam().ids) << "facts that would decide otherwise come too late";
@@ -47,15 +49,24 @@ TEST_P(Translator, FirstTranslationFromEightThreadsDecidesTheVariantsForTheWhole
 
 INSTANTIATE_TEST_SUITE_P(
     ProductKinds, Translator,
-    ::testing::Values(ProductKind{"Television", "bool false", "int 0",
-                                  "COM_UPDATING_TV_SOFTWARE COM_UPDATE_YOUR_TV_WITH_THE_NEW_DATA ", {}},
-                      ProductKind{"Pane", "bool true", "error -5",
-                                  "PANE_SID_UPDATING_SKYPANE_SOFTWARE COM_UPDATE_YOUR_TV_WITH_THE_NEW_DATA ", {}},
-                      ProductKind{"OtherProduct", "bool false", "int 1",
-                                  "COM_UPDATING_PRODUCT_SOFTWARE COM_UPDATE_YOUR_PRODUCT_WITH_THE_NEW_DATA ", {}},
-                      ProductKind{"Unreadable", "error -5", "int 1",
-                                  "COM_UPDATING_TV_SOFTWARE COM_UPDATE_YOUR_TV_WITH_THE_NEW_DATA ",
-                                  {"Error ocurred while determining product type."}}),
+    ::testing::Values(
+        ProductKind{
+            "Television", "bool false", "int 0", "COM_UPDATING_TV_SOFTWARE COM_UPDATE_YOUR_TV_WITH_THE_NEW_DATA ", {}},
+        ProductKind{"Pane",
+                    "bool true",
+                    "error -5",
+                    "PANE_SID_UPDATING_SKYPANE_SOFTWARE COM_UPDATE_YOUR_TV_WITH_THE_NEW_DATA ",
+                    {}},
+        ProductKind{"OtherProduct",
+                    "bool false",
+                    "int 1",
+                    "COM_UPDATING_PRODUCT_SOFTWARE COM_UPDATE_YOUR_PRODUCT_WITH_THE_NEW_DATA ",
+                    {}},
+        ProductKind{"Unreadable",
+                    "error -5",
+                    "int 1",
+                    "COM_UPDATING_TV_SOFTWARE COM_UPDATE_YOUR_TV_WITH_THE_NEW_DATA ",
+                    {"Error ocurred while determining product type."}}),
     [](const auto& info) { return std::string(info.param.name); });
 
 TEST(TranslatorText, OneIdGetsNoTrailingBlankAndEveryLineBreakBecomesATag) {

@@ -19,7 +19,8 @@ TEST(ConcurrentLoggingTest, LinesStayWholeAndSequenceNumbersUnique) {
     std::vector<std::thread> threads;
     TestDevice device;
     for (int t = 0; t < 4; ++t) {
-        for (int i = 0; i < 200; ++i) expected.insert(std::to_string(t) + ' ' + std::to_string(i) + filler);
+        for (int i = 0; i < 200; ++i)
+            expected.insert(std::to_string(t) + ' ' + std::to_string(i) + filler);
         threads.emplace_back([t, &filler] {
             for (int i = 0; i < 200; i += 2) {
                 ORVO_LOG(INF, "%d %d%s", t, i, filler.c_str());
@@ -27,7 +28,8 @@ TEST(ConcurrentLoggingTest, LinesStayWholeAndSequenceNumbersUnique) {
             }
         });
     }
-    for (std::thread& thread : threads) thread.join();
+    for (std::thread& thread : threads)
+        thread.join();
     std::set<uint32_t> sequences;
     std::set<std::string> messages;
     for (const LogLine& line : logLines(device, LOG_ID_MAIN)) {

@@ -39,9 +39,18 @@ void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
 void* __libc_realloc(void* pointer, std::size_t size);
 
-void* malloc(std::size_t size) { countAllocation(); return __libc_malloc(size); }
-void* calloc(std::size_t count, std::size_t size) { countAllocation(); return __libc_calloc(count, size); }
-void* realloc(void* pointer, std::size_t size) { countAllocation(); return __libc_realloc(pointer, size); }
+void* malloc(std::size_t size) {
+    countAllocation();
+    return __libc_malloc(size);
+}
+void* calloc(std::size_t count, std::size_t size) {
+    countAllocation();
+    return __libc_calloc(count, size);
+}
+void* realloc(void* pointer, std::size_t size) {
+    countAllocation();
+    return __libc_realloc(pointer, size);
+}
 }
 
 namespace Orvo::Testing {
@@ -51,7 +60,7 @@ using namespace Orvo::Common::Logging;
 
 class LogAllocationTest : public ::testing::Test {
 protected:
-    void SetUp() override { ORVO_LOG(INF, "warm-up"); }  // set-up done once per process and thread
+    void SetUp() override { ORVO_LOG(INF, "warm-up"); } // set-up done once per process and thread
 
     TestDevice m_device;
 };
@@ -59,8 +68,8 @@ protected:
 TEST_F(LogAllocationTest, OnlyATextOver1023BytesAllocatesItsBufferOnceDlogWritesIncluded) {
     const std::pair<std::string, long> cases[] = {
         {"Model QE55, code 7.", 0},
-        {std::string(1023, 'x'), 0},  // with its terminator, the whole stack buffer
-        {std::string(2000, 'y'), 1},  // three dlog lines, still the one buffer
+        {std::string(1023, 'x'), 0}, // with its terminator, the whole stack buffer
+        {std::string(2000, 'y'), 1}, // three dlog lines, still the one buffer
     };
     for (const auto& testCase : cases) {
         m_device.clearLogs();
@@ -69,7 +78,8 @@ TEST_F(LogAllocationTest, OnlyATextOver1023BytesAllocatesItsBufferOnceDlogWrites
                   testCase.second)
             << testCase.first.size();
         std::string logged;
-        for (const LogLine& line : logLines(m_device, LOG_ID_MAIN)) logged += line.text;
+        for (const LogLine& line : logLines(m_device, LOG_ID_MAIN))
+            logged += line.text;
         EXPECT_EQ(logged, testCase.first);
     }
     const unsigned char data[40] = {};
@@ -82,7 +92,8 @@ TEST_F(LogAllocationTest, TheDlogWriteAllocatesNothingWhateverItHolds) {
     std::filesystem::remove_all(m_device.dir() + "/log");
     const std::string tag(Orvo::Emulator::kAllocationFreeTagLength, '\t');
     std::string message;
-    while (message.size() < DLOG_MAX_MESSAGE_LENGTH) message += "\\\t\n";
+    while (message.size() < DLOG_MAX_MESSAGE_LENGTH)
+        message += "\\\t\n";
     message.resize(DLOG_MAX_MESSAGE_LENGTH);
     EXPECT_EQ(allocationsOf([&] { __dlog_print(LOG_ID_MAIN, DLOG_INFO, tag.c_str(), "%s", message.c_str()); }), 0);
     const std::vector<Orvo::Emulator::LogRecord> records = m_device.logRecords(LOG_ID_MAIN);

@@ -22,7 +22,7 @@ TEST(LogLevelTest, NamesAndLettersFollowTheLevelTable) {
 
 TEST(HasElapsedTest, TheFirstCallFixesTheLimit) {
     constexpr int64_t kMinute = 60LL * 1000 * 1000 * 1000;
-    const int64_t now = boost::chrono::steady_clock::now().time_since_epoch().count();  // nanoseconds
+    const int64_t now = boost::chrono::steady_clock::now().time_since_epoch().count(); // nanoseconds
     EXPECT_FALSE(hasElapsed(now, 60000));
     EXPECT_TRUE(hasElapsed(now - 2 * kMinute, 1));
     // Half a minute is far beyond the 1 ms asked for, yet short of the minute fixed first.
@@ -39,7 +39,13 @@ TEST(ModuleNameTest, StartsEmptyTakesTheVersionSuffixAndHeadsBootLinesWhenEnable
     setBootLogEnabled(true);
     formatBootLine(buffer, sizeof buffer, ERR, "field", "text");
     setBootLogEnabled(false);
-    EXPECT_STREQ(buffer, "\x91" "C" "\x90" "averylon    field" "\x87" "text\n");
+    EXPECT_STREQ(buffer,
+                 "\x91"
+                 "C"
+                 "\x90"
+                 "averylon    field"
+                 "\x87"
+                 "text\n");
 }
 
 } // namespace

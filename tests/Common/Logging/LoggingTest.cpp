@@ -21,20 +21,23 @@ Sunk g_sunk;
 // What the log call hands its sink.
 Sunk sunk(int32_t level, const unsigned char* data, int32_t length, const std::string& message) {
     g_sunk.clear();
-    logPrintf([](const char*, int32_t sinkLevel, char* text) { g_sunk.emplace_back(sinkLevel, text); }, kLogTag,
-              level, data, length, "%s", message.c_str());
+    logPrintf([](const char*, int32_t sinkLevel, char* text) { g_sunk.emplace_back(sinkLevel, text); }, kLogTag, level,
+              data, length, "%s", message.c_str());
     return g_sunk;
 }
 
 std::vector<std::string> textsOf(const std::vector<LogLine>& lines) {
     std::vector<std::string> texts;
-    for (const LogLine& line : lines) texts.push_back(line.text);
+    for (const LogLine& line : lines)
+        texts.push_back(line.text);
     return texts;
 }
 
 TEST(LogPrintfTest, DropsOnlyLevelsZeroAndVerbose) {
-    for (int32_t level : {0, 1}) EXPECT_EQ(sunk(level, nullptr, 0, "x"), Sunk{}) << level;
-    for (int32_t level : {-1, 7}) EXPECT_EQ(sunk(level, nullptr, 0, "x"), (Sunk{{level, "x"}}));
+    for (int32_t level : {0, 1})
+        EXPECT_EQ(sunk(level, nullptr, 0, "x"), Sunk{}) << level;
+    for (int32_t level : {-1, 7})
+        EXPECT_EQ(sunk(level, nullptr, 0, "x"), (Sunk{{level, "x"}}));
 }
 
 TEST(LogPrintfTest, TextsBeyondTheStackBufferArriveWholeUpTo16383Bytes) {
@@ -47,11 +50,17 @@ TEST(LogPrintfTest, TextsBeyondTheStackBufferArriveWholeUpTo16383Bytes) {
 
 TEST(LogPrintfTest, DumpRowsRepeatTheMessageAndCountRowsInHex) {
     std::vector<unsigned char> data;
-    for (int i = 0; i < 176; ++i) data.push_back(static_cast<unsigned char>(i));
+    for (int i = 0; i < 176; ++i)
+        data.push_back(static_cast<unsigned char>(i));
     const std::string row0 = " 0000=000102030405060708090a0b0c0d0e0f", heapSized(2000, 'h');
-    const struct { std::string message; int32_t length; std::size_t rows; std::string first, last; } cases[] = {
+    const struct {
+        std::string message;
+        int32_t length;
+        std::size_t rows;
+        std::string first, last;
+    } cases[] = {
         {"abc", 20, 2, "abc" + row0, "abc 0001=10111213"},
-        {"z", 0, 1, "z 0000=00010203", "z 0000=00010203"},  // a length of 0 dumps 4 bytes
+        {"z", 0, 1, "z 0000=00010203", "z 0000=00010203"}, // a length of 0 dumps 4 bytes
         {"m", 176, 11, "m" + row0, "m 000a=a0a1a2a3a4a5a6a7a8a9aaabacadaeaf"},
         {heapSized, 20, 2, heapSized + row0, heapSized + " 0001=10111213"},
     };
@@ -69,11 +78,19 @@ TEST(LogPrintfTest, DumpRowsRepeatTheMessageAndCountRowsInHex) {
 }
 
 TEST(DlogSinkTest, LevelsFollowTheRoutingTableInBracketedNumberedLines) {
-    const struct { int32_t level; int buffer, priority; const char* name; } routes[] = {
-        {VERBOSE, LOG_ID_MAIN, DLOG_VERBOSE, "VERBOSE"}, {DBG, LOG_ID_MAIN, DLOG_DEBUG, "DBG"},
-        {INF, LOG_ID_MAIN, DLOG_INFO, "INF"},            {WRN, LOG_ID_MAIN, DLOG_WARN, "WRN"},
-        {ERR, LOG_ID_SYSTEM, DLOG_WARN, "ERR"},          {FTL, LOG_ID_SYSTEM, DLOG_FATAL, "FTL"},
-        {7, LOG_ID_SYSTEM, DLOG_ERROR, "INF"},           {0, LOG_ID_SYSTEM, DLOG_ERROR, "INF"},
+    const struct {
+        int32_t level;
+        int buffer, priority;
+        const char* name;
+    } routes[] = {
+        {VERBOSE, LOG_ID_MAIN, DLOG_VERBOSE, "VERBOSE"},
+        {DBG, LOG_ID_MAIN, DLOG_DEBUG, "DBG"},
+        {INF, LOG_ID_MAIN, DLOG_INFO, "INF"},
+        {WRN, LOG_ID_MAIN, DLOG_WARN, "WRN"},
+        {ERR, LOG_ID_SYSTEM, DLOG_WARN, "ERR"},
+        {FTL, LOG_ID_SYSTEM, DLOG_FATAL, "FTL"},
+        {7, LOG_ID_SYSTEM, DLOG_ERROR, "INF"},
+        {0, LOG_ID_SYSTEM, DLOG_ERROR, "INF"},
     };
     TestDevice device;
     uint32_t sequence = 0;
@@ -87,18 +104,22 @@ TEST(DlogSinkTest, LevelsFollowTheRoutingTableInBracketedNumberedLines) {
         sequence = sequence != 0 ? sequence + 1 : parseLogLine(records[0].message).sequence;
         EXPECT_EQ(records[0].tag, "orvotv.Orvo");
         EXPECT_EQ(records[0].priority, route.priority);
-        EXPECT_EQ(records[0].message, "[][" + currentThreadText() + "][" + std::to_string(sequence) + "][" +
-                                          route.name + "] routed");
+        EXPECT_EQ(records[0].message,
+                  "[][" + currentThreadText() + "][" + std::to_string(sequence) + "][" + route.name + "] routed");
     }
 }
 
 TEST(DlogSinkTest, LongTextsAreCutAtLineFeedsAndEvery768BytesIntoConsecutiveLines) {
     const std::string a(300, 'a'), b(466, 'b'), c(768, 'c');
     std::string alphabet;
-    for (int i = 0; i < 2000; ++i) alphabet += static_cast<char>('a' + i % 26);
-    const struct { std::string text; std::vector<std::string> lines; } cases[] = {
+    for (int i = 0; i < 2000; ++i)
+        alphabet += static_cast<char>('a' + i % 26);
+    const struct {
+        std::string text;
+        std::vector<std::string> lines;
+    } cases[] = {
         {a + "\n\n" + b, {a + "\n\n" + b}},  // 768 bytes: one line, line feeds and all
-        {a + "\n\n" + b + "\n", {a, "", b}},  // 769 bytes
+        {a + "\n\n" + b + "\n", {a, "", b}}, // 769 bytes
         {alphabet, {alphabet.substr(0, 768), alphabet.substr(768, 768), alphabet.substr(1536)}},
         {"\n" + c + "\n" + c + c, {"", c, c, c}},
     };
@@ -108,10 +129,11 @@ TEST(DlogSinkTest, LongTextsAreCutAtLineFeedsAndEvery768BytesIntoConsecutiveLine
         device.clearLogs();
         std::string text = testCase.text;
         dlogLineSink(kLogTag, INF, &text[0]);
-        EXPECT_EQ(text, testCase.text);  // every cut mended
+        EXPECT_EQ(text, testCase.text); // every cut mended
         const std::vector<LogLine> lines = logLines(device, LOG_ID_MAIN);
         EXPECT_EQ(textsOf(lines), testCase.lines);
-        for (std::size_t i = 0; i < lines.size(); ++i) EXPECT_EQ(lines[i].sequence, lines[0].sequence + i);
+        for (std::size_t i = 0; i < lines.size(); ++i)
+            EXPECT_EQ(lines[i].sequence, lines[0].sequence + i);
     }
 }
 
@@ -126,9 +148,9 @@ TEST(LogStatementTest, BothInterfacesPrefixFileAndLineAndDropVerbose) {
                          << std::hex << 255;
     const std::string file = "LoggingTest.cpp:";
     EXPECT_EQ(textsOf(logLines(device, LOG_ID_MAIN)),
-              (std::vector<std::string>{file + std::to_string(line + 2) + ">hello 42",
-                                        file + std::to_string(line + 3) +
-                                            ">Saved[nullptr][nullptr][nullptr][nullptr][nullptr] 100%s ff"}));
+              (std::vector<std::string>{
+                  file + std::to_string(line + 2) + ">hello 42",
+                  file + std::to_string(line + 3) + ">Saved[nullptr][nullptr][nullptr][nullptr][nullptr] 100%s ff"}));
 }
 
 } // namespace

@@ -83,9 +83,13 @@ void rethrowNothing() { RethrowExceptionStream(boost::exception_ptr()) << "never
 
 TEST(OrvoAssertDeathTest, FailureWritesConsoleAndLogThenAborts) {
     if (!childrenCanHideConsole()) GTEST_SKIP() << "cannot keep the assertion off the real /dev/console";
-    const struct { void (*fail)(); std::string text; } cases[] = {  // the text as a regular expression
-        {failPlain, "ASSERTION FAILED: 1 \\+ 1 == 3, .*failPlain\\(\\), ErrorInfoTest\\.cpp:" +
-                        std::to_string(kAssertLine)},
+    const struct {
+        void (*fail)();
+        std::string text;
+    } cases[] = {
+        // the text as a regular expression
+        {failPlain,
+         "ASSERTION FAILED: 1 \\+ 1 == 3, .*failPlain\\(\\), ErrorInfoTest\\.cpp:" + std::to_string(kAssertLine)},
         {failWithMessage,
          "ASSERTION FAILED: false, .*failWithMessage\\(\\), ErrorInfoTest\\.cpp:[0-9]+\nMESSAGE: settings lost"},
         {dereferenceEmptySharedPointer, "ASSERTION FAILED: px != 0, .*shared_ptr\\.hpp:[0-9]+"},
@@ -95,9 +99,13 @@ TEST(OrvoAssertDeathTest, FailureWritesConsoleAndLogThenAborts) {
     for (const auto& testCase : cases) {
         SCOPED_TRACE(testCase.text);
         device.clearLogs();
-        EXPECT_EXIT({ hideConsole(); testCase.fail(); }, KilledBySignal(SIGABRT),
-                    "^Cannot open /dev/console\norvotv\\.Orvo: Direct \\[FTL\\]\\[[0-9]+ [^]]*\\] " + testCase.text +
-                        "\n$");
+        EXPECT_EXIT(
+            {
+                hideConsole();
+                testCase.fail();
+            },
+            KilledBySignal(SIGABRT),
+            "^Cannot open /dev/console\norvotv\\.Orvo: Direct \\[FTL\\]\\[[0-9]+ [^]]*\\] " + testCase.text + "\n$");
         const std::vector<LogLine> lines = logLines(device, LOG_ID_SYSTEM);
         ASSERT_EQ(lines.size(), 1U);
         EXPECT_EQ(lines[0].level, "FTL");

@@ -15,8 +15,8 @@ namespace Orvo::Testing {
 namespace {
 
 using namespace ::testing;
-using Common::Utils::GenericException;
 using Common::Utils::errinfo_description;
+using Common::Utils::GenericException;
 using OrvoCommon::DebugAndTestParameters;
 
 const std::string kFilePath = "/mnt/systemrw/orvotv/data/tv/DebugAndTestParameters.xml";
@@ -74,8 +74,9 @@ TEST_F(DebugAndTestParametersTest, OutsideProductionTheFirstLoadCountsEvenWithou
     EXPECT_EQ(parameters(), DebugAndTestParameters()) << "a second load changes nothing";
     EXPECT_TRUE(parameters().reload());
     EXPECT_EQ(parameters(), changedParameters());
-    EXPECT_THAT(mainLog(), ElementsAre(kLoading, kOpening, "WRN Failed to open DebugAndTestParameters from " + kFilePath,
-                                       "WRN DebugAndTestParameters were already loaded.", kOpening));
+    EXPECT_THAT(mainLog(),
+                ElementsAre(kLoading, kOpening, "WRN Failed to open DebugAndTestParameters from " + kFilePath,
+                            "WRN DebugAndTestParameters were already loaded.", kOpening));
 }
 
 TEST_F(DebugAndTestParametersTest, ProductionLoadLeavesTheFileUnreadButReloadReadsIt) {
@@ -92,7 +93,8 @@ TEST_F(DebugAndTestParametersTest, ProductionLoadLeavesTheFileUnreadButReloadRea
     EXPECT_EQ(parameters(), DebugAndTestParameters());
     EXPECT_TRUE(parameters().reload());
     EXPECT_EQ(parameters(), changedParameters());
-    EXPECT_THAT(mainLog(), ElementsAre("INF We are in production mode. Will not load DebugAndTestParameters.", kOpening));
+    EXPECT_THAT(mainLog(),
+                ElementsAre("INF We are in production mode. Will not load DebugAndTestParameters.", kOpening));
 }
 
 TEST_F(DebugAndTestParametersTest, ReloadBeforeLoadThrows) {

@@ -17,7 +17,8 @@ TEST(InstallationPerformanceParametersConcurrentTest, DefaultsAreOneInstanceForA
     for (auto& defaults : seen) {
         threads.emplace_back([&defaults] { defaults = &InstallationPerformanceParameters::defaults(); });
     }
-    for (std::thread& thread : threads) thread.join();
+    for (std::thread& thread : threads)
+        thread.join();
     for (const InstallationPerformanceParameters* defaults : seen) {
         EXPECT_EQ(defaults, seen[0]);
         EXPECT_EQ(*defaults, InstallationPerformanceParameters());

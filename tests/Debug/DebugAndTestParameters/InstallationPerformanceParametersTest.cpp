@@ -28,8 +28,8 @@ Parameters changedParameters() {
     parameters.setForceInstallationRewriteMode(Parameters::RewriteMode::Differential);
     parameters.setForceVerificationRewriteMode(Parameters::RewriteMode::None);
     parameters.setInstallationWorkerThreads(-3);
-    for (const auto setSwitch : {&Parameters::setAllowBpsProviders, &Parameters::setParallelizeReads,
-                                 &Parameters::setParallelizeWrites}) {
+    for (const auto setSwitch :
+         {&Parameters::setAllowBpsProviders, &Parameters::setParallelizeReads, &Parameters::setParallelizeWrites}) {
         (parameters.*setSwitch)(false);
     }
     parameters.setNumberOfBuffersForParallelization(-2147483647 - 1);
@@ -53,13 +53,14 @@ TEST_F(InstallationPerformanceParametersTest, SavedFileLoadsBackEqualAbsentOptio
     // Developers write these files by hand: the element names and their order are the format.
     std::ostringstream text;
     Parameters::write(changedParameters(), text);
-    EXPECT_THAT(text.str(),
-                ContainsRegex("<flashStreamBufferSize .*<flashSinkBufferSize>.*<networkStreamBufferSize>.*"
-                              "<usbFileStreamBufferSize>.*<decrypterInputBufferSize>.*<installationChunkSize>.*"
-                              "<verificationChunkSize>.*<forceInstallationRewriteMode .*<forceVerificationRewriteMode>.*"
-                              "<installationWorkerThreads>.*<allowBpsProviders>.*<parallelizeReads>.*<parallelizeWrites>.*"
-                              "<numberOfBuffersForParallelization>.*<buffersSizeForParallelization>.*"
-                              "<verificationInitialBpsEstimate>.*<otaDownloadingProgressScale>.*<verificationScale>"));
+    EXPECT_THAT(
+        text.str(),
+        ContainsRegex("<flashStreamBufferSize .*<flashSinkBufferSize>.*<networkStreamBufferSize>.*"
+                      "<usbFileStreamBufferSize>.*<decrypterInputBufferSize>.*<installationChunkSize>.*"
+                      "<verificationChunkSize>.*<forceInstallationRewriteMode .*<forceVerificationRewriteMode>.*"
+                      "<installationWorkerThreads>.*<allowBpsProviders>.*<parallelizeReads>.*<parallelizeWrites>.*"
+                      "<numberOfBuffersForParallelization>.*<buffersSizeForParallelization>.*"
+                      "<verificationInitialBpsEstimate>.*<otaDownloadingProgressScale>.*<verificationScale>"));
     Parameters loaded;
     for (const auto& saved : {changedParameters(), Parameters()}) {
         ASSERT_TRUE(Parameters::save(saved, path("ipp.xml")));

@@ -20,21 +20,35 @@ TEST(ApplicationPathsTest, TableFollowsTheDevicesPlatformRoots) {
     TestDevice device; // tv profile: 3=/usr/share 7=/opt 10=/opt/share 27=/opt/usr/data 28=/usr/apps
     P::initializeProduct();
     const std::string appData = "/opt/usr/data/orvotv/data/tv";
-    EXPECT_THAT((std::vector<std::string>{
-                    P::getPathPrefix(), P::getRootPathPrefix(), P::getSystemRwDataDirectory(), P::getAppDataDirectory(),
-                    P::getPostponeUpdateFlagPath(), P::getAppRootDirectory(), P::getPlatformRootDirectory(),
-                    P::getPlatformRoot10Directory(), P::getLastSearchingDateFilePath(), P::getFactoryResetFlagPath(),
-                    P::getFinalizingUpgradeFlagPath(), P::getEmulatedInfoFilePath(), P::getPluginFailureFlagsPath(),
-                    P::getAppDirectory(), P::getBackupDirectory(), P::getUpdateInfoFilePath(), P::getInstallationLockPath(),
-                    P::getSourcePartitionNotGenuineFlagPath(), P::getKpiDirectory(), P::getLocaleDirectory(),
-                    P::getCertificatePath()}),
-                ElementsAre("", "", kData, appData, appData + "/PostponeUpdate", "/usr/apps", "/opt", "/opt/share",
-                            kData + "/LastSearchingDate", kData + "/OrvoFactoryResetFlag",
-                            kData + "/OrvoFinalizingUpgradeFlag", kData + "/EmulatedInfo.txt",
-                            kData + "/plugin_failure_flags", "/usr/apps/orvotv", "/mnt/backup", kData + "/UpdateInfo.xml",
-                            kLockPath, kFlagPath, kData + "/kpi", "/usr/share/orvotv/res/locale",
-                            "/usr/share/cert/tvca.pem"));
-    EXPECT_EQ(std::make_pair(P::getFirstSizeLimit(), P::getSecondSizeLimit()), std::make_pair(943718400UL, 104857600UL));
+    EXPECT_THAT(
+        (std::vector<std::string>{P::getPathPrefix(),
+                                  P::getRootPathPrefix(),
+                                  P::getSystemRwDataDirectory(),
+                                  P::getAppDataDirectory(),
+                                  P::getPostponeUpdateFlagPath(),
+                                  P::getAppRootDirectory(),
+                                  P::getPlatformRootDirectory(),
+                                  P::getPlatformRoot10Directory(),
+                                  P::getLastSearchingDateFilePath(),
+                                  P::getFactoryResetFlagPath(),
+                                  P::getFinalizingUpgradeFlagPath(),
+                                  P::getEmulatedInfoFilePath(),
+                                  P::getPluginFailureFlagsPath(),
+                                  P::getAppDirectory(),
+                                  P::getBackupDirectory(),
+                                  P::getUpdateInfoFilePath(),
+                                  P::getInstallationLockPath(),
+                                  P::getSourcePartitionNotGenuineFlagPath(),
+                                  P::getKpiDirectory(),
+                                  P::getLocaleDirectory(),
+                                  P::getCertificatePath()}),
+        ElementsAre("", "", kData, appData, appData + "/PostponeUpdate", "/usr/apps", "/opt", "/opt/share",
+                    kData + "/LastSearchingDate", kData + "/OrvoFactoryResetFlag", kData + "/OrvoFinalizingUpgradeFlag",
+                    kData + "/EmulatedInfo.txt", kData + "/plugin_failure_flags", "/usr/apps/orvotv", "/mnt/backup",
+                    kData + "/UpdateInfo.xml", kLockPath, kFlagPath, kData + "/kpi", "/usr/share/orvotv/res/locale",
+                    "/usr/share/cert/tvca.pem"));
+    EXPECT_EQ(std::make_pair(P::getFirstSizeLimit(), P::getSecondSizeLimit()),
+              std::make_pair(943718400UL, 104857600UL));
 }
 
 TEST(ApplicationPathsTest, TableIsFixedAtInitialisationAndComposedRootsAreNot) {
@@ -42,7 +56,8 @@ TEST(ApplicationPathsTest, TableIsFixedAtInitialisationAndComposedRootsAreNot) {
     device.setConf("tzplatform.27", "/data27");
     device.setConf("tzplatform.28", "/apps28/");
     P::initializeProduct();
-    for (const char* root : {"tzplatform.7", "tzplatform.27", "tzplatform.28"}) device.setConf(root, "/later");
+    for (const char* root : {"tzplatform.7", "tzplatform.27", "tzplatform.28"})
+        device.setConf(root, "/later");
     EXPECT_EQ(P::getPostponeUpdateFlagPath(), "/data27/orvotv/data/tv/PostponeUpdate");
     EXPECT_EQ(P::getAppDirectory(), "/apps28//orvotv"); // plain concatenation
     EXPECT_EQ(P::getAppRootDirectory() + P::getPlatformRootDirectory(), "/later/later");

@@ -24,24 +24,50 @@ using P = Platform::IProductInfo;
 TEST(ProductInfoGuardTest, GuardedOperationsThrowBeforeInitialisationTheSWVersionHelpersDoNot) {
     TestDevice device;
     device.setConf("system-info.128", "string T-XYZ9-1302.5");
-    const std::pair<const char*, std::function<void()>> operations[] = {
-        GUARDED(getVersionString), GUARDED(getModelString), GUARDED(getMajorSWVersion), GUARDED(getMinorSWVersion),
-        GUARDED(getMainSoftwareVersionDate), GUARDED(getSubmicomVersion), GUARDED(getPlatformType),
-        GUARDED(getChipsetType), GUARDED(getModelLine), GUARDED(getLocalset), GUARDED(getPartitionTxtFilePath),
-        GUARDED(getProductType), GUARDED(getPathPrefix), GUARDED(getSystemRwDataDirectory), GUARDED(getAppDataDirectory),
-        GUARDED(getPostponeUpdateFlagPath), GUARDED(getRootPathPrefix), GUARDED(getAppRootDirectory),
-        GUARDED(getPlatformRootDirectory), GUARDED(getPlatformRoot10Directory), GUARDED(getLastSearchingDateFilePath),
-        GUARDED(getFactoryResetFlagPath), GUARDED(getFinalizingUpgradeFlagPath), GUARDED(getEmulatedInfoFilePath),
-        GUARDED(getFirstSizeLimit), GUARDED(getSecondSizeLimit), GUARDED(getPluginFailureFlagsPath),
-        GUARDED(getAppDirectory), GUARDED(getBackupDirectory), GUARDED(getUpdateInfoFilePath),
-        GUARDED(getInstallationLockPath), GUARDED(isInstallationLocked), GUARDED(releaseInstallationLock),
-        GUARDED(getSourcePartitionNotGenuineFlagPath), GUARDED(isSourcePartitionNotGenuine),
-        GUARDED(releaseSourcePartitionNotGenuineFlag), GUARDED(getKpiDirectory), GUARDED(getLocaleDirectory),
-        GUARDED(getCertificatePath), GUARDED(throwIfUninitialized)};
+    const std::pair<const char*, std::function<void()>> operations[] = {GUARDED(getVersionString),
+                                                                        GUARDED(getModelString),
+                                                                        GUARDED(getMajorSWVersion),
+                                                                        GUARDED(getMinorSWVersion),
+                                                                        GUARDED(getMainSoftwareVersionDate),
+                                                                        GUARDED(getSubmicomVersion),
+                                                                        GUARDED(getPlatformType),
+                                                                        GUARDED(getChipsetType),
+                                                                        GUARDED(getModelLine),
+                                                                        GUARDED(getLocalset),
+                                                                        GUARDED(getPartitionTxtFilePath),
+                                                                        GUARDED(getProductType),
+                                                                        GUARDED(getPathPrefix),
+                                                                        GUARDED(getSystemRwDataDirectory),
+                                                                        GUARDED(getAppDataDirectory),
+                                                                        GUARDED(getPostponeUpdateFlagPath),
+                                                                        GUARDED(getRootPathPrefix),
+                                                                        GUARDED(getAppRootDirectory),
+                                                                        GUARDED(getPlatformRootDirectory),
+                                                                        GUARDED(getPlatformRoot10Directory),
+                                                                        GUARDED(getLastSearchingDateFilePath),
+                                                                        GUARDED(getFactoryResetFlagPath),
+                                                                        GUARDED(getFinalizingUpgradeFlagPath),
+                                                                        GUARDED(getEmulatedInfoFilePath),
+                                                                        GUARDED(getFirstSizeLimit),
+                                                                        GUARDED(getSecondSizeLimit),
+                                                                        GUARDED(getPluginFailureFlagsPath),
+                                                                        GUARDED(getAppDirectory),
+                                                                        GUARDED(getBackupDirectory),
+                                                                        GUARDED(getUpdateInfoFilePath),
+                                                                        GUARDED(getInstallationLockPath),
+                                                                        GUARDED(isInstallationLocked),
+                                                                        GUARDED(releaseInstallationLock),
+                                                                        GUARDED(getSourcePartitionNotGenuineFlagPath),
+                                                                        GUARDED(isSourcePartitionNotGenuine),
+                                                                        GUARDED(releaseSourcePartitionNotGenuineFlag),
+                                                                        GUARDED(getKpiDirectory),
+                                                                        GUARDED(getLocaleDirectory),
+                                                                        GUARDED(getCertificatePath),
+                                                                        GUARDED(throwIfUninitialized)};
     for (const auto& operation : operations) {
-        EXPECT_THAT(operation.second, Throws<Platform::ProductUninitializedException>(AllOf(
-                                          HasInfo<boost::throw_line>(_), LacksInfo<errinfo_description>(),
-                                          LacksInfo<Common::Utils::errinfo_string>())))
+        EXPECT_THAT(operation.second, Throws<Platform::ProductUninitializedException>(
+                                          AllOf(HasInfo<boost::throw_line>(_), LacksInfo<errinfo_description>(),
+                                                LacksInfo<Common::Utils::errinfo_string>())))
             << operation.first;
     }
     // The guard throws before anything is asked of the platform; only the flag release logs first.
@@ -72,7 +98,8 @@ TEST(ProductInitializationDeathTest, FirstInitialisationLogsTheTargetASecondStop
             hideConsole();
             P::initializeProduct();
         },
-        KilledBySignal(SIGABRT), "ASSERTION FAILED: !m_isInitialized, .*initializeProduct.*CProductInfo\\.cpp:[0-9]+\n");
+        KilledBySignal(SIGABRT),
+        "ASSERTION FAILED: !m_isInitialized, .*initializeProduct.*CProductInfo\\.cpp:[0-9]+\n");
 }
 
 TEST_F(ProductFactsTest, VersionSplitsAtTheLastDashAndKeepsTheLow16Bits) {
@@ -100,14 +127,15 @@ TEST_F(ProductFactsTest, VersionSplitsAtTheLastDashAndKeepsTheLow16Bits) {
 TEST_F(ProductFactsTest, MalformedSWVersionsAreRejected) {
     setSWVersion("T1302.5");
     const std::pair<std::string, std::function<void()>> getters[] = {
-        {"getVersionString", [] { P::getVersionString(); }}, {"getParsedModelAndVersion", [] { P::getModelString(); }},
+        {"getVersionString", [] { P::getVersionString(); }},
+        {"getParsedModelAndVersion", [] { P::getModelString(); }},
         {"getParsedModelAndVersion", [] { P::getMajorSWVersion(); }},
         {"getParsedModelAndVersion", [] { P::getMinorSWVersion(); }}};
     for (const auto& [caller, getter] : getters) {
         m_device.clearLogs();
         EXPECT_THAT(getter, Throws<Common::Utils::GenericException>(
-                                       AllOf(HasInfo<errinfo_description>(caller + ": Wrong string format - lack of dash"),
-                                             HasInfo<Common::Utils::errinfo_string>("T1302.5"))));
+                                AllOf(HasInfo<errinfo_description>(caller + ": Wrong string format - lack of dash"),
+                                      HasInfo<Common::Utils::errinfo_string>("T1302.5"))));
         EXPECT_THAT(log(LOG_ID_SYSTEM), ElementsAre("ERR " + caller + ": Wrong string format - lack of dash: T1302.5"));
     }
     setSWVersion("T-XYZ9-");
@@ -125,17 +153,16 @@ TEST_F(ProductFactsTest, FactsAreReadByKeyNumberAndFailWithTheirOwnText) {
         std::string key;
         std::string failure;
         bool asStored;
-    } reads[] = {
-        {"getMainSoftwareVersionDate", P::getMainSoftwareVersionDate, "8", swVersion, true},
-        {"getSubmicomVersion", P::getSubmicomVersion, "133", swVersion, true},
-        {"getPlatformType", P::getPlatformType, "564", "Unable to read platform type from system-info", true},
-        {"getChipsetType", P::getChipsetType, "91", "Unable to read chipset type from system-info", true},
-        {"getModelLine", P::getModelLine, "0", "Unable to read model line from system-info", true},
-        {"getLocalset", P::getLocalset, "90", "Unable to read localset from system-info", true},
-        {"getPartitionTxtFilePath", [] { return P::getPartitionTxtFilePath().string(); }, "301",
-         "Unable to read partition file path from system-info", true},
-        {"getSWVersionString", P::getVersionString, "128", swVersion, false},
-        {"getProductType", P::getProductType, "77", "Unable to read product key from system-info", false}};
+    } reads[] = {{"getMainSoftwareVersionDate", P::getMainSoftwareVersionDate, "8", swVersion, true},
+                 {"getSubmicomVersion", P::getSubmicomVersion, "133", swVersion, true},
+                 {"getPlatformType", P::getPlatformType, "564", "Unable to read platform type from system-info", true},
+                 {"getChipsetType", P::getChipsetType, "91", "Unable to read chipset type from system-info", true},
+                 {"getModelLine", P::getModelLine, "0", "Unable to read model line from system-info", true},
+                 {"getLocalset", P::getLocalset, "90", "Unable to read localset from system-info", true},
+                 {"getPartitionTxtFilePath", [] { return P::getPartitionTxtFilePath().string(); }, "301",
+                  "Unable to read partition file path from system-info", true},
+                 {"getSWVersionString", P::getVersionString, "128", swVersion, false},
+                 {"getProductType", P::getProductType, "77", "Unable to read product key from system-info", false}};
     for (const auto& read : reads) {
         SCOPED_TRACE(read.function);
         if (read.asStored) {
@@ -169,8 +196,8 @@ TEST_F(ProductFactsTest, ChinaModelLineReplacesTheMarker) {
 TEST_F(ProductFactsTest, ProductCodesMapToTheirTypesUnknownOnesToNone) {
     // The second 10 finds the empty row that the first one added.
     const std::vector<std::pair<int, std::string>> types = {
-        {0, "TV"}, {1, "MONITOR"}, {2, "AV"}, {3, "PROJECTOR"}, {4, "LFD"}, {5, "SMD"},
-        {6, "AV"}, {7, "AV"}, {8, "HTV"}, {9, "SPK"}, {10, ""}, {-1, ""}, {10, ""}};
+        {0, "TV"}, {1, "MONITOR"}, {2, "AV"},  {3, "PROJECTOR"}, {4, "LFD"}, {5, "SMD"}, {6, "AV"},
+        {7, "AV"}, {8, "HTV"},     {9, "SPK"}, {10, ""},         {-1, ""},   {10, ""}};
     for (const auto& type : types) {
         m_device.setConf("system-info.77", "int " + std::to_string(type.first));
         m_device.clearLogs();

@@ -46,12 +46,13 @@ TEST_F(FactorySettingsTest, UnreadableFactoryMenuGivesTheDefaults) {
     EXPECT_EQ(boost::none, IFactorySettings::getZoneCode());
     EXPECT_FALSE(IFactorySettings::isOrvoFailTestActive() || IFactorySettings::isShortOtaDuration() ||
                  IFactorySettings::isFastBootInProductionMode() || IFactorySettings::isOtaSupportedByFactory());
-    EXPECT_THAT(loggedTexts(device, "INF"),
-                ElementsAre("Failed to fetch key 902 (ID_OTN_ONOFF) from factory menu. Default value will be used: 1",
-                            "isRetailTvOtnEnabled(): 1", _, "isB2BTvOtnEnabled(): 1", _, _, _,
-                            "IFactorySettings::isOrvoFailTestActive(): 0", _,
-                            "ID_ORVO_DURATION option is not set in Factory settings. Using normal OTA timeout.", _,
-                            "IFactorySettings::isFastBootInProductionMode(): 0", "Factory settings doesn't support OTA"));
+    EXPECT_THAT(
+        loggedTexts(device, "INF"),
+        ElementsAre("Failed to fetch key 902 (ID_OTN_ONOFF) from factory menu. Default value will be used: 1",
+                    "isRetailTvOtnEnabled(): 1", _, "isB2BTvOtnEnabled(): 1", _, _, _,
+                    "IFactorySettings::isOrvoFailTestActive(): 0", _,
+                    "ID_ORVO_DURATION option is not set in Factory settings. Using normal OTA timeout.", _,
+                    "IFactorySettings::isFastBootInProductionMode(): 0", "Factory settings doesn't support OTA"));
 }
 
 TEST_F(FactorySettingsTest, ReadableFactoryValuesDecide) {
@@ -60,9 +61,9 @@ TEST_F(FactorySettingsTest, ReadableFactoryValuesDecide) {
     setFactory("922", -1);
     EXPECT_FALSE(IFactorySettings::isB2BTvOtnEnabled());
     EXPECT_TRUE(IFactorySettings::isShortOtaDuration());
-    for (const auto& server : {std::make_pair(0, IFactorySettings::kRegularServer),
-                               std::make_pair(1, IFactorySettings::kTestServer),
-                               std::make_pair(5, IFactorySettings::kTestServer)}) {
+    for (const auto& server :
+         {std::make_pair(0, IFactorySettings::kRegularServer), std::make_pair(1, IFactorySettings::kTestServer),
+          std::make_pair(5, IFactorySettings::kTestServer)}) {
         setFactory("903", server.first);
         EXPECT_EQ(server.second, IFactorySettings::getOTNServerType()) << server.first;
     }
@@ -79,8 +80,8 @@ TEST_F(FactorySettingsTest, ReadableFactoryValuesDecide) {
 
 // The low byte is the letter (1 is A); the whole value is reported. T (20) is never a zone.
 TEST_F(FactorySettingsTest, ZoneCodeComesFromTheLowByte) {
-    const std::pair<int, boost::optional<char>> zones[] = {
-        {0, boost::none}, {1, 'A'}, {20, boost::none}, {26, 'Z'}, {27, boost::none}, {257, 'A'}};
+    const std::pair<int, boost::optional<char>> zones[] = {{0, boost::none}, {1, 'A'},          {20, boost::none},
+                                                           {26, 'Z'},        {27, boost::none}, {257, 'A'}};
     for (const auto& zone : zones) {
         setFactory("904", zone.first);
         device.clearLogs();

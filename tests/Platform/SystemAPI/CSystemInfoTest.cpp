@@ -8,9 +8,9 @@ namespace Orvo::Testing {
 namespace {
 
 using namespace ::testing;
-using Common::Utils::GenericException;
 using Common::Utils::errinfo_description;
 using Common::Utils::errinfo_stream;
+using Common::Utils::GenericException;
 using Platform::ISystemInfo;
 using Platform::VConf;
 
@@ -21,7 +21,8 @@ TEST(SystemInfoTest, ErrorsAreMappedAndStringReadsCopyOrThrow) {
         {-22, AllOf(HasInfo<errinfo_description>(prefix + "SYSTEM_INFO_ERROR_INVALID_PARAMETER"),
                     LacksInfo<errinfo_stream>())},
         {-5, AllOf(HasInfo<errinfo_description>(prefix + "SYSTEM_INFO_ERROR_IO_ERROR"), LacksInfo<errinfo_stream>())},
-        {-3, AllOf(HasInfo<errinfo_stream>(prefix + "unrecognized error value: -3"), LacksInfo<errinfo_description>())}};
+        {-3,
+         AllOf(HasInfo<errinfo_stream>(prefix + "unrecognized error value: -3"), LacksInfo<errinfo_description>())}};
     const auto thrownHere =
         HasInfo<boost::throw_function>(StrEq("void Orvo::Platform::ISystemInfo::checkSystemInfoError(int)"));
     for (const auto& error : errors) {
@@ -69,9 +70,10 @@ TEST(SystemInfoTest, IdentityValuesMustBePresentAndNotEmpty) {
         EXPECT_EQ("0123-abcd", identity.read());
         VConf<std::string>(identity.key).set("");
         const std::string function = "std::__cxx11::string Orvo::Platform::ISystemInfo::" + identity.function + "()";
-        EXPECT_THAT(identity.read, Throws<GenericException>(AllOf(
-                                       HasInfo<errinfo_description>(identity.emptyName + " value taken from vconf is empty"),
-                                       HasInfo<boost::throw_function>(StrEq(function)))));
+        EXPECT_THAT(identity.read,
+                    Throws<GenericException>(
+                        AllOf(HasInfo<errinfo_description>(identity.emptyName + " value taken from vconf is empty"),
+                              HasInfo<boost::throw_function>(StrEq(function)))));
         EXPECT_THAT(loggedTexts(device, "DBG"), ElementsAre("Debug only log: " + identity.logName + " is 0123-abcd",
                                                             "Debug only log: " + identity.logName + " is "));
         ASSERT_EQ(0, vconf_unset(identity.key.c_str()));

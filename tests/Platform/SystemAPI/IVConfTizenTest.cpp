@@ -39,11 +39,12 @@ TYPED_TEST(VConfTest, StoredValueIsReadBackExactly) {
 TYPED_TEST(VConfTest, FailuresFallBackOrThrowAfterOneWarning) {
     const VConf<TypeParam> absent("db/test/absent");
     EXPECT_EQ(std::get<TypeParam>(kFallbacks), absent.getOrDefault(std::get<TypeParam>(kFallbacks)));
-    EXPECT_THAT([&absent] { absent.get(); },
-                Throws<VConfException>(AllOf(
-                    HasInfo<Common::Utils::errinfo_stream>("vconf_get failed while trying to access key: db/test/absent"),
-                    HasInfo<Common::Utils::errinfo_errorcode>(-1),
-                    HasInfo<boost::throw_function>(ContainsRegex("VConfT<.*>::get\\(\\) const")))));
+    EXPECT_THAT(
+        [&absent] { absent.get(); },
+        Throws<VConfException>(
+            AllOf(HasInfo<Common::Utils::errinfo_stream>("vconf_get failed while trying to access key: db/test/absent"),
+                  HasInfo<Common::Utils::errinfo_errorcode>(-1),
+                  HasInfo<boost::throw_function>(ContainsRegex("VConfT<.*>::get\\(\\) const")))));
     // vconf accepts only the db/, file/ and memory/ prefixes.
     EXPECT_THROW(VConf<TypeParam>("bad/key").set(std::get<TypeParam>(kStored)), VConfException);
     EXPECT_THAT(loggedTexts(this->device, "WRN"),

@@ -5,8 +5,7 @@
 
 #include <cstdlib>
 
-TEST(SystemInfo, ReadsEachKeyAsItsTypeFromTheDevicesCurrentConfiguration)
-{
+TEST(SystemInfo, ReadsEachKeyAsItsTypeFromTheDevicesCurrentConfiguration) {
     Orvo::Testing::TestDevice device;
     device.setConf("system-info.90001", "int -17");
     device.setConf("system-info.90002", "bool true");

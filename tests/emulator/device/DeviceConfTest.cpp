@@ -7,20 +7,20 @@
 
 using Orvo::Emulator::DeviceConf;
 
-TEST(DeviceConfTest, ParsesGoodLinesAndReportsEachMalformedOneOnceWithItsLineNumber)
-{
-    const std::string text = "# a device\n"
-                             "system-info.128 = string T-ABC 1.0 # not a comment\n"
-                             "  system-info.740\t=\tbool true  \n"
-                             "system-info.8 =string \n"
-                             "tzplatform.27 = /opt/usr/apps \n"
-                             "production = true\r\n"
-                             "system-info.2 = int 12abc\n"  // line 7: the first malformed one
-                             "system-info.x = int 1\n"
-                             "production = yes\n"
-                             "no equals sign\n"
-                             "system-info.4 = error 0\n"
-                             "system-info.6 = int 99999999999999999999\n";
+TEST(DeviceConfTest, ParsesGoodLinesAndReportsEachMalformedOneOnceWithItsLineNumber) {
+    const std::string text =
+        "# a device\n"
+        "system-info.128 = string T-ABC 1.0 # not a comment\n"
+        "  system-info.740\t=\tbool true  \n"
+        "system-info.8 =string \n"
+        "tzplatform.27 = /opt/usr/apps \n"
+        "production = true\r\n"
+        "system-info.2 = int 12abc\n" // line 7: the first malformed one
+        "system-info.x = int 1\n"
+        "production = yes\n"
+        "no equals sign\n"
+        "system-info.4 = error 0\n"
+        "system-info.6 = int 99999999999999999999\n";
     ::testing::internal::CaptureStderr();
     const DeviceConf conf = DeviceConf::parse(text, "once.conf");
     const std::string report = ::testing::internal::GetCapturedStderr();
@@ -38,8 +38,7 @@ TEST(DeviceConfTest, ParsesGoodLinesAndReportsEachMalformedOneOnceWithItsLineNum
     EXPECT_TRUE(conf.production) << "a malformed line changes nothing";
 }
 
-TEST(DeviceConfTest, SurvivesArbitraryInput)
-{
+TEST(DeviceConfTest, SurvivesArbitraryInput) {
     const std::string words = "system-info.tzplatform=production 0123456789#\n\r\t intboolerrorstringdouble-\xff";
     std::mt19937 random(7);
     ::testing::internal::CaptureStderr();

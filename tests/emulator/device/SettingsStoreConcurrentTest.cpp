@@ -12,8 +12,7 @@
 using namespace Orvo::Emulator;
 
 // A whole value is one digit repeated to its type's length; a torn or mixed one is not.
-static void expectWhole(const std::string& dir, const std::string& key)
-{
+static void expectWhole(const std::string& dir, const std::string& key) {
     Setting setting;
     ASSERT_EQ(VCONF_OK, readSetting(dir, key, setting)) << key;
     EXPECT_EQ(setting.type == SettingType::String ? kMaxSettingValueLength : 9u, setting.value.size()) << key;
@@ -22,11 +21,9 @@ static void expectWhole(const std::string& dir, const std::string& key)
 
 // A process writing whole values of alternating types to the keys, `writes` times (forever when
 // negative); its exit status is 1 when a write failed.
-static pid_t startWriter(const std::string& dir, const std::vector<std::string>& keys, int writes, int id)
-{
+static pid_t startWriter(const std::string& dir, const std::vector<std::string>& keys, int writes, int id) {
     const pid_t pid = ::fork();
-    if (pid != 0)
-        return pid;
+    if (pid != 0) return pid;
     for (int n = 0; writes < 0 || n < writes; ++n) {
         const bool asString = (id + n) % 2 == 0;
         const std::string value(asString ? kMaxSettingValueLength : 9, static_cast<char>('1' + (id + n) % 9));
@@ -37,15 +34,13 @@ static pid_t startWriter(const std::string& dir, const std::vector<std::string>&
     ::_exit(0);
 }
 
-static int finish(pid_t pid)
-{
+static int finish(pid_t pid) {
     int status = -1;
     ::waitpid(pid, &status, 0);
     return status;
 }
 
-TEST(SettingsStoreConcurrentTest, AWriterKilledMidwayLeavesEachKeyWithAnOldOrNewWholeValue)
-{
+TEST(SettingsStoreConcurrentTest, AWriterKilledMidwayLeavesEachKeyWithAnOldOrNewWholeValue) {
     Orvo::Testing::TemporaryDirectory device;
     const std::vector<std::string> keys = {"db/big/a", "file/big/b", "memory/big/c"};
     ASSERT_EQ(0, finish(startWriter(device.path(), keys, 1, 0)));
@@ -63,8 +58,7 @@ TEST(SettingsStoreConcurrentTest, AWriterKilledMidwayLeavesEachKeyWithAnOldOrNew
     EXPECT_EQ(2, std::distance(std::filesystem::directory_iterator(device.path() + "/vconf"), {}));
 }
 
-TEST(SettingsStoreConcurrentTest, WritersInSeveralProcessesNeverExposeATornValue)
-{
+TEST(SettingsStoreConcurrentTest, WritersInSeveralProcessesNeverExposeATornValue) {
     Orvo::Testing::TemporaryDirectory device;
     ASSERT_EQ(0, finish(startWriter(device.path(), {"db/shared"}, 1, 0)));
     for (int id = 0; id < 4; ++id)

@@ -6,8 +6,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-TEST(DlogTest, RecordsFormattedMessagesWithTheirOriginInTheirBufferAndRejectsInvalidOnes)
-{
+TEST(DlogTest, RecordsFormattedMessagesWithTheirOriginInTheirBufferAndRejectsInvalidOnes) {
     const Orvo::Testing::TestDevice device;
     EXPECT_EQ(DLOG_ERROR_INVALID_PARAMETER, __dlog_print(LOG_ID_MAIN, DLOG_INFO, nullptr, "x"));
     EXPECT_EQ(DLOG_ERROR_INVALID_PARAMETER, __dlog_print(LOG_ID_MAX, DLOG_INFO, "t", "x"));

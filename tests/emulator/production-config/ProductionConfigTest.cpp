@@ -3,9 +3,8 @@
 
 #include <gtest/gtest.h>
 
-TEST(ProductionConfigTest, FollowsTheDeviceConfigurationAndDefaultsToFalse)
-{
-    Orvo::Testing::TestDevice device;  // "production = false"
+TEST(ProductionConfigTest, FollowsTheDeviceConfigurationAndDefaultsToFalse) {
+    Orvo::Testing::TestDevice device; // "production = false"
     EXPECT_FALSE(Orvo::Common::Debug::isProduction());
     device.setConf("production", "true");
     EXPECT_TRUE(Orvo::Common::Debug::isProduction());

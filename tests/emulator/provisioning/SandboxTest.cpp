@@ -9,8 +9,7 @@
 namespace fs = std::filesystem;
 using Orvo::Testing::TestDevice;
 
-static std::string firstLine(const std::string& path)
-{
+static std::string firstLine(const std::string& path) {
     std::string line;
     std::getline(std::ifstream(path), line);
     return line;
@@ -18,16 +17,14 @@ static std::string firstLine(const std::string& path)
 
 static const char kProbe[] = "/mnt/systemrw/orvotv/data/tv/sandbox-probe";
 
-TEST(Sandbox, KeepsWritesToTheDevicesAbsolutePathsInTheDevice)
-{
+TEST(Sandbox, KeepsWritesToTheDevicesAbsolutePathsInTheDevice) {
     ASSERT_TRUE(Orvo::Testing::inSandbox());
     TestDevice device;
     std::ofstream(kProbe) << "written on the device\n";
     EXPECT_EQ(firstLine(device.rootfsPath(kProbe)), "written on the device");
 }
 
-TEST(Sandbox, EachCaseStartsOnAFreshDeviceThatTestDeviceResetsToAnotherProfile)
-{
+TEST(Sandbox, EachCaseStartsOnAFreshDeviceThatTestDeviceResetsToAnotherProfile) {
     EXPECT_FALSE(fs::exists(kProbe)) << "the case before wrote it on its own device";
     {
         TestDevice tv;

@@ -7,8 +7,7 @@
 #include <cstring>
 #include <thread>
 
-TEST(TzplatformConfigConcurrentTest, ThreadsAskingWhileTheConfigurationChangesGetWholeStrings)
-{
+TEST(TzplatformConfigConcurrentTest, ThreadsAskingWhileTheConfigurationChangesGetWholeStrings) {
     Orvo::Testing::TestDevice device;
     device.setConf("tzplatform.90001", "/root/0");
     std::atomic<int> badAnswers{0};

@@ -3,8 +3,7 @@
 #include <gtest/gtest.h>
 #include <tzplatform_config.h>
 
-TEST(TzplatformConfigTest, ListedIndicesGiveTheirDirectoryWhichStaysValidAfterChanges)
-{
+TEST(TzplatformConfigTest, ListedIndicesGiveTheirDirectoryWhichStaysValidAfterChanges) {
     Orvo::Testing::TestDevice device;
     const auto index = static_cast<tzplatform_variable>(90001);
     device.setConf("tzplatform.90001", "/first/root");

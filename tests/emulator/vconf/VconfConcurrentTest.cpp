@@ -5,8 +5,7 @@
 
 #include <thread>
 
-TEST(VconfConcurrentTest, EachThreadSeesWhyItsOwnLastCallFailed)
-{
+TEST(VconfConcurrentTest, EachThreadSeesWhyItsOwnLastCallFailed) {
     const Orvo::Testing::TestDevice device;
     ASSERT_EQ(0, vconf_set_str("db/t/text", "x"));
     int value = 0;

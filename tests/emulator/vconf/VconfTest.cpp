@@ -8,14 +8,12 @@
 #include <memory>
 
 // The caller owns the copy that vconf_get_str returns: ASan reports it if it leaks.
-static std::string getString(const char* key)
-{
+static std::string getString(const char* key) {
     const std::unique_ptr<char, void (*)(void*)> text(vconf_get_str(key), std::free);
     return text ? text.get() : "<null>";
 }
 
-TEST(Vconf, EachTypeReadsBackWhatWasSetAndASetReplacesTheType)
-{
+TEST(Vconf, EachTypeReadsBackWhatWasSetAndASetReplacesTheType) {
     const Orvo::Testing::TestDevice device;
     int intValue = 0;
     double doubleValue = 0;
@@ -34,8 +32,7 @@ TEST(Vconf, EachTypeReadsBackWhatWasSetAndASetReplacesTheType)
     EXPECT_EQ(VCONF_ERROR_WRONG_VALUE, vconf_get_ext_errno());
 }
 
-TEST(Vconf, AFailedCallSaysWhyAndLeavesTheOutputUntouched)
-{
+TEST(Vconf, AFailedCallSaysWhyAndLeavesTheOutputUntouched) {
     const Orvo::Testing::TestDevice device;
     ASSERT_EQ(0, vconf_set_str("db/t/text", "not an int"));
     const std::pair<const char*, int> rows[] = {
@@ -52,12 +49,12 @@ TEST(Vconf, AFailedCallSaysWhyAndLeavesTheOutputUntouched)
         EXPECT_EQ(error, vconf_get_ext_errno());
         EXPECT_EQ(7, intValue);
         EXPECT_EQ(7.5, doubleValue);
-        vconf_set_int(key, 1);  // a success clears the reason of the last failure
+        vconf_set_int(key, 1); // a success clears the reason of the last failure
         EXPECT_EQ(error == VCONF_ERROR_WRONG_PREFIX ? error : VCONF_OK, vconf_get_ext_errno());
     }
     EXPECT_EQ("<null>", getString("db/t/text")) << "now an int";
     EXPECT_EQ(VCONF_ERROR_WRONG_TYPE, vconf_get_ext_errno());
-    EXPECT_EQ(-1, vconf_set_str(nullptr, nullptr));  // a C caller's null arguments
+    EXPECT_EQ(-1, vconf_set_str(nullptr, nullptr)); // a C caller's null arguments
     EXPECT_EQ(-1, vconf_get_int("db/t/text", nullptr));
     EXPECT_EQ(nullptr, vconf_get_str(nullptr));
 }

@@ -26,9 +26,8 @@ bool readBracketed(const std::string& message, std::size_t& position, std::strin
 std::string::size_type messageStart(const std::string& text) {
     const std::string::size_type colon = text.find(':');
     const std::string::size_type close = text.find('>');
-    const bool prefixed = colon != std::string::npos && close != std::string::npos && colon != 0 &&
-                          close > colon + 1 && text.find_first_of(" \n") > close &&
-                          text.find_first_not_of("0123456789", colon + 1) == close;
+    const bool prefixed = colon != std::string::npos && close != std::string::npos && colon != 0 && close > colon + 1 &&
+                          text.find_first_of(" \n") > close && text.find_first_not_of("0123456789", colon + 1) == close;
     return prefixed ? close + 1 : std::string::npos;
 }
 
@@ -77,8 +76,7 @@ std::vector<std::string> loggedTexts(const TestDevice& device, const std::string
 std::vector<std::string> loggedMessages(const TestDevice& device, int buffer) {
     std::vector<std::string> messages;
     for (const LogLine& line : logLines(device, buffer))
-        if (line.wellFormed)
-            messages.push_back(line.level + " " + messageOf(line));
+        if (line.wellFormed) messages.push_back(line.level + " " + messageOf(line));
     return messages;
 }
 

@@ -18,14 +18,12 @@ namespace Orvo::Testing {
 namespace {
 
 // Replaces a file in one rename, so that a platform call never reads it half written.
-void writeWholeFile(const std::string& path, const std::string& content)
-{
+void writeWholeFile(const std::string& path, const std::string& content) {
     const std::string temporary = path + ".tmp-" + std::to_string(::getpid());
     {
         std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
         out << content;
-        if (!out.flush())
-            throw std::runtime_error("cannot write " + temporary);
+        if (!out.flush()) throw std::runtime_error("cannot write " + temporary);
     }
     if (std::rename(temporary.c_str(), path.c_str()) != 0) {
         std::remove(temporary.c_str());
@@ -33,19 +31,16 @@ void writeWholeFile(const std::string& path, const std::string& content)
     }
 }
 
-std::string confKeyOf(const std::string& line)
-{
+std::string confKeyOf(const std::string& line) {
     const std::size_t equals = line.find('=');
     const std::size_t begin = line.find_first_not_of(" \t");
-    if (equals == std::string::npos || line.find('#') < equals || begin >= equals)
-        return "";
+    if (equals == std::string::npos || line.find('#') < equals || begin >= equals) return "";
     return line.substr(begin, line.find_last_not_of(" \t", equals - 1) - begin + 1);
 }
 
 } // namespace
 
-bool inSandbox()
-{
+bool inSandbox() {
     // Inside the sandbox /common is a bind mount of the device's rootfs/common: same inode.
     const char* deviceDir = std::getenv("ORVO_DEVICE_DIR");
     struct stat mounted {};
@@ -55,8 +50,7 @@ bool inSandbox()
            mounted.st_dev == device.st_dev && mounted.st_ino == device.st_ino;
 }
 
-TestDevice::TestDevice(const std::string& profile)
-{
+TestDevice::TestDevice(const std::string& profile) {
     const std::string dataDir = Orvo::Emulator::emulatorDataDirectory();
     if (inSandbox()) {
         m_dir = std::getenv("ORVO_DEVICE_DIR");
@@ -73,8 +67,7 @@ TestDevice::TestDevice(const std::string& profile)
     ::setenv("ORVO_DEVICE_DIR", m_dir.c_str(), 1);
 }
 
-TestDevice::~TestDevice()
-{
+TestDevice::~TestDevice() {
     if (m_temporary && m_hadDeviceDir)
         ::setenv("ORVO_DEVICE_DIR", m_previousDeviceDir.c_str(), 1);
     else if (m_temporary)
@@ -85,55 +78,43 @@ void TestDevice::setConf(const std::string& key, const std::string& value) { rew
 
 void TestDevice::removeConf(const std::string& key) { rewriteConf(key, nullptr); }
 
-void TestDevice::rewriteConf(const std::string& key, const std::string* value)
-{
+void TestDevice::rewriteConf(const std::string& key, const std::string* value) {
     const std::string path = m_dir + "/device.conf";
     std::ifstream in(path);
     std::string line;
     std::string result;
     while (std::getline(in, line))
-        if (confKeyOf(line) != key)
-            result += line + "\n";
-    if (value != nullptr)
-        result += key + " = " + *value + "\n";
+        if (confKeyOf(line) != key) result += line + "\n";
+    if (value != nullptr) result += key + " = " + *value + "\n";
     writeWholeFile(path, result);
 }
 
-std::string TestDevice::rootfsPath(const std::string& devicePath) const
-{
+std::string TestDevice::rootfsPath(const std::string& devicePath) const {
     if (devicePath.empty() || devicePath[0] != '/')
         throw std::invalid_argument("not an absolute device path: " + devicePath);
     return m_dir + "/rootfs" + devicePath;
 }
 
-void TestDevice::writeFile(const std::string& devicePath, const std::string& content)
-{
+void TestDevice::writeFile(const std::string& devicePath, const std::string& content) {
     const std::string path = rootfsPath(devicePath);
     fs::create_directories(fs::path(path).parent_path());
     writeWholeFile(path, content);
 }
 
-void TestDevice::removeFile(const std::string& devicePath)
-{
-    fs::remove_all(rootfsPath(devicePath));
-}
+void TestDevice::removeFile(const std::string& devicePath) { fs::remove_all(rootfsPath(devicePath)); }
 
-std::vector<Orvo::Emulator::LogRecord> TestDevice::logRecords(int buffer) const
-{
+std::vector<Orvo::Emulator::LogRecord> TestDevice::logRecords(int buffer) const {
     return Orvo::Emulator::readLogRecords(m_dir, buffer);
 }
 
-std::vector<std::string> TestDevice::logMessages(int buffer, const std::string& tag) const
-{
+std::vector<std::string> TestDevice::logMessages(int buffer, const std::string& tag) const {
     std::vector<std::string> messages;
     for (const auto& record : logRecords(buffer))
-        if (record.tag == tag)
-            messages.push_back(record.message);
+        if (record.tag == tag) messages.push_back(record.message);
     return messages;
 }
 
-void TestDevice::clearLogs()
-{
+void TestDevice::clearLogs() {
     for (const auto& entry : fs::directory_iterator(m_dir + "/log"))
         fs::resize_file(entry.path(), 0);
 }

@@ -8,8 +8,7 @@ namespace {
 
 using namespace Orvo::Testing;
 
-TEST(RunProcess, CollectsLargeOutputsOnBothStreamsWhileFeedingLargeInput)
-{
+TEST(RunProcess, CollectsLargeOutputsOnBothStreamsWhileFeedingLargeInput) {
     // Far beyond a pipe's buffer on every stream: draining one stream at a time would deadlock.
     const std::string input(3 * 1024 * 1024, 'x');
     const ProcessResult result = runProcess(
@@ -18,8 +17,7 @@ TEST(RunProcess, CollectsLargeOutputsOnBothStreamsWhileFeedingLargeInput)
     EXPECT_EQ(result.out, std::string(5000000, '\0') + std::to_string(input.size()) + "\n");
 }
 
-TEST(RunProcess, ReportsStatusSignalsUnstartableProgramsAndPassesTheEnvironment)
-{
+TEST(RunProcess, ReportsStatusSignalsUnstartableProgramsAndPassesTheEnvironment) {
     EXPECT_EQ(runProcess({"sh", "-c", "exit 7"}).exitCode, 7);
     EXPECT_EQ(runProcess({"sh", "-c", "kill -9 $$"}).exitCode, 128 + 9);
     EXPECT_EQ(runProcess({"true"}, std::string(1024 * 1024, 'x')).exitCode, 0) << "a child that reads no input";
@@ -29,7 +27,8 @@ TEST(RunProcess, ReportsStatusSignalsUnstartableProgramsAndPassesTheEnvironment)
     ::setenv("ORVO_PROCESS_TEST_KEPT", "kept", 1);
     ::setenv("ORVO_PROCESS_TEST_REPLACED", "old", 1);
     EXPECT_EQ(runProcess({"sh", "-c", "env | grep ^ORVO_PROCESS_TEST_ | sort"}, "",
-                         {{"ORVO_PROCESS_TEST_REPLACED", "new"}, {"ORVO_PROCESS_TEST_ADDED", "added"}}).out,
+                         {{"ORVO_PROCESS_TEST_REPLACED", "new"}, {"ORVO_PROCESS_TEST_ADDED", "added"}})
+                  .out,
               "ORVO_PROCESS_TEST_ADDED=added\nORVO_PROCESS_TEST_KEPT=kept\nORVO_PROCESS_TEST_REPLACED=new\n");
 }
 

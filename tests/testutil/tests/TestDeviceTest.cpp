@@ -12,8 +12,7 @@ namespace {
 
 using Orvo::Testing::TestDevice;
 
-TEST(TestDevice, PointsTheEnvironmentAtItselfOnlyWhileItLives)
-{
+TEST(TestDevice, PointsTheEnvironmentAtItselfOnlyWhileItLives) {
     for (const char* previous : {"/previous/device", static_cast<const char*>(nullptr)}) {
         previous != nullptr ? ::setenv("ORVO_DEVICE_DIR", previous, 1) : ::unsetenv("ORVO_DEVICE_DIR");
         std::optional<TestDevice> device(std::in_place);
@@ -25,8 +24,7 @@ TEST(TestDevice, PointsTheEnvironmentAtItselfOnlyWhileItLives)
     }
 }
 
-TEST(TestDevice, SetConfReplacesAnEntryAndRemoveConfDropsOne)
-{
+TEST(TestDevice, SetConfReplacesAnEntryAndRemoveConfDropsOne) {
     TestDevice device;
     device.setConf("system-info.128", "string T-ABC-1.0");
     device.removeConf("tzplatform.27");

@@ -4,8 +4,7 @@
 #include <gtest/gtest.h>
 
 // Without -d, dlogutil prints what is appended to its buffers until a signal stops it.
-TEST(DlogutilFollowTest, PrintsNewRecordsAsTheyComeAndStopsCleanlyOnSignals)
-{
+TEST(DlogutilFollowTest, PrintsNewRecordsAsTheyComeAndStopsCleanlyOnSignals) {
     const Orvo::Testing::TestDevice device;
     const std::string script =
         "log=$ORVO_DEVICE_DIR/log; out=$ORVO_DEVICE_DIR/followed\n"

@@ -11,14 +11,12 @@ namespace fs = std::filesystem;
 using namespace Orvo::Emulator;
 
 static Orvo::Testing::ProcessResult tool(std::vector<std::string> args,
-                                         const std::map<std::string, std::string>& env = {})
-{
+                                         const std::map<std::string, std::string>& env = {}) {
     args.insert(args.begin(), Orvo::Testing::toolPath("orvo-device"));
     return Orvo::Testing::runProcess(args, "", env);
 }
 
-static void expectOneLineError(const std::vector<std::string>& args, int exitCode, const std::string& text)
-{
+static void expectOneLineError(const std::vector<std::string>& args, int exitCode, const std::string& text) {
     const auto result = tool(args);
     EXPECT_EQ(result.exitCode, exitCode) << text;
     EXPECT_NE(result.err.find(text), std::string::npos) << result.err;
@@ -27,16 +25,16 @@ static void expectOneLineError(const std::vector<std::string>& args, int exitCod
 
 class OrvoDevice : public testing::Test {
 protected:
-    void SetUp() override { ASSERT_EQ(tool({"create", tv}).exitCode, 0); }  // no profile: a television
+    void SetUp() override { ASSERT_EQ(tool({"create", tv}).exitCode, 0); } // no profile: a television
 
     const Orvo::Testing::TemporaryDirectory temporary;
     const std::string tv = temporary.path() + "/tv";
 };
 
-TEST_F(OrvoDevice, CreatesEachProfileAndRefusesAnExistingDeviceOrAnUnknownProfile)
-{
+TEST_F(OrvoDevice, CreatesEachProfileAndRefusesAnExistingDeviceOrAnUnknownProfile) {
     EXPECT_EQ(DeviceConf::load(tv).systemInfo.at(77).intValue, 0) << "a television";
-    for (const auto& [profile, productCode, pane] : {std::make_tuple("pane", 0, true), std::make_tuple("monitor", 1, false)}) {
+    for (const auto& [profile, productCode, pane] :
+         {std::make_tuple("pane", 0, true), std::make_tuple("monitor", 1, false)}) {
         ASSERT_EQ(tool({"create", temporary.path() + "/" + profile, "--profile", profile}).exitCode, 0) << profile;
         const DeviceConf conf = DeviceConf::load(temporary.path() + "/" + profile);
         EXPECT_EQ(conf.systemInfo.at(77).intValue, productCode) << profile;
@@ -50,8 +48,7 @@ TEST_F(OrvoDevice, CreatesEachProfileAndRefusesAnExistingDeviceOrAnUnknownProfil
     EXPECT_FALSE(fs::exists(temporary.path() + "/new"));
 }
 
-TEST_F(OrvoDevice, RebootClearsMemoryKeysAndKeepsDbKeys)
-{
+TEST_F(OrvoDevice, RebootClearsMemoryKeysAndKeepsDbKeys) {
     Setting setting;
     writeSetting(tv, "memory/orvo/lost", Setting{SettingType::String, "volatile"});
     EXPECT_EQ(tool({"reboot", tv}).exitCode, 0);
@@ -62,12 +59,13 @@ TEST_F(OrvoDevice, RebootClearsMemoryKeysAndKeepsDbKeys)
     EXPECT_NE(readSetting(tv, "memory/orvo/lost", setting), 0);
 }
 
-TEST_F(OrvoDevice, RunShowsTheDevicesFilesKeepsItsWritesPassesTheExitStatusAndDefaultsToTheUsersDevice)
-{
+TEST_F(OrvoDevice, RunShowsTheDevicesFilesKeepsItsWritesPassesTheExitStatusAndDefaultsToTheUsersDevice) {
     const std::string probe = "probe-" + fs::path(temporary.path()).filename().string();
-    const std::vector<std::string> paths = {"/mnt/systemrw/orvotv/", "/common/", "/usr/share/orvotv/", "/opt/usr/data/orvotv/"};
-    std::string script = "cmp /common/version.txt \"$ORVO_DEVICE_DIR/rootfs/common/version.txt\" && "
-                         "ls /usr/share/orvotv/res/locale && echo \"$ORVO_DEVICE_DIR\" && touch";
+    const std::vector<std::string> paths = {"/mnt/systemrw/orvotv/", "/common/", "/usr/share/orvotv/",
+                                            "/opt/usr/data/orvotv/"};
+    std::string script =
+        "cmp /common/version.txt \"$ORVO_DEVICE_DIR/rootfs/common/version.txt\" && "
+        "ls /usr/share/orvotv/res/locale && echo \"$ORVO_DEVICE_DIR\" && touch";
     for (const std::string& path : paths)
         script += " " + path + probe;
     const auto result = tool({"run", "--device", tv, "--", "sh", "-c", script + "; exit 42"});

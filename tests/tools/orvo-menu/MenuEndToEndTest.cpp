@@ -24,8 +24,9 @@ constexpr const char* kModelSearch = "menu/support/softwareupdate/searchmodels";
 constexpr const char* kAutoUpdate = "db/menu/support/softwareupdate/autoupdate";
 constexpr const char* kCellular = "db/menu/support/softwareupdate/use_cellular_int";
 const std::pair<const char*, const char*> kItemKinds[] = {
-    {kBranchId, "branch"}, {"menu/support/softwareupdate/updatenow", "action"}, {kModelSearch, "value"},
-    {kAutoUpdate, "toggle"}, {kCellular, "toggle"}, {"menu/support/softwareupdate/osupgrade", "action"}};
+    {kBranchId, "branch"},   {"menu/support/softwareupdate/updatenow", "action"},
+    {kModelSearch, "value"}, {kAutoUpdate, "toggle"},
+    {kCellular, "toggle"},   {"menu/support/softwareupdate/osupgrade", "action"}};
 
 // The real plug-in loaded into this process, which speaks `language`.
 struct Plugin {
@@ -66,9 +67,10 @@ TEST_P(OrvoMenuOnDevice, ShowJsonAndCheckAgreeWithTheCallbacks) {
     for (const auto& item : kItemKinds) {
         const std::string title = plugin.title(item.first);
         const std::string description = plugin.description(item.first);
-        EXPECT_NE(json.out.find("{\"id\":" + jsonString(item.first) + ",\"kind\":\"" + item.second + "\",\"title\":" +
-                                jsonString(title) + ",\"description\":" + jsonString(description)),
-                  std::string::npos) << item.first;
+        EXPECT_NE(json.out.find("{\"id\":" + jsonString(item.first) + ",\"kind\":\"" + item.second +
+                                "\",\"title\":" + jsonString(title) + ",\"description\":" + jsonString(description)),
+                  std::string::npos)
+            << item.first;
         const std::string plain = richTextToPlain(description);
         EXPECT_NE(text.out.find(title), std::string::npos) << item.first;
         EXPECT_NE(text.out.find(" " + plain.substr(0, plain.find('\n')) + "\n"), std::string::npos) << plain;
@@ -200,7 +202,7 @@ TEST_F(OrvoMenuOnTv, InteractiveMenuMovesTogglesShowsInfoRefreshesAndQuits) {
     const int autoUpdate = storedInt(kAutoUpdate);
     MenuSession session;
     store(kCellular, 1);
-    EXPECT_EQ(session.finish("j\033[B\rirq"), 0);  // down twice, toggle, Info, refresh, quit
+    EXPECT_EQ(session.finish("j\033[B\rirq"), 0); // down twice, toggle, Info, refresh, quit
     EXPECT_EQ(storedInt(kAutoUpdate), 1 - autoUpdate);
 
     const std::vector<std::string> screens = session.screens();
@@ -208,7 +210,8 @@ TEST_F(OrvoMenuOnTv, InteractiveMenuMovesTogglesShowsInfoRefreshesAndQuits) {
     const std::string cellularTitle = plugin.title(kCellular);
     EXPECT_NE(screens[0].find(menuLine("   ", cellularTitle, cellularOff)), std::string::npos) << screens[0];
     EXPECT_NE(screens[3].find(menuLine(" > ", plugin.title(kAutoUpdate), plugin.stateText(kAutoUpdate))),
-              std::string::npos) << screens[3];
+              std::string::npos)
+        << screens[3];
     const std::string help = plugin.description(kBranchId).substr(0, 20);
     EXPECT_NE(screens[0].find(help), std::string::npos);
     EXPECT_NE(screens[4].find("SW Version: "), std::string::npos);
@@ -219,7 +222,7 @@ TEST_F(OrvoMenuOnTv, InteractiveMenuMovesTogglesShowsInfoRefreshesAndQuits) {
 }
 
 TEST_F(OrvoMenuOnTv, LanguageKeySwitchesInOneProcessAndCtrlCQuits) {
-    const std::string frenchTitle = Plugin("fr").title(kAutoUpdate);  // after en comes fr
+    const std::string frenchTitle = Plugin("fr").title(kAutoUpdate); // after en comes fr
     MenuSession session;
     EXPECT_EQ(session.finish("l\003"), 128 + SIGINT);
     const std::vector<std::string> screens = session.screens();

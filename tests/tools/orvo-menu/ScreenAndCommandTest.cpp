@@ -32,8 +32,9 @@ TEST(OrvoMenuScreen, NeverWritesMoreRowsOrColumnsThanTheTerminalHas) {
     screen.view.items.resize(3);
     for (std::size_t rows : {4u, 12u, 40u}) {
         const std::string text = renderScreen(screen, 30, rows);
-        std::size_t lines = 0;  // each line the menu writes ends by clearing the rest of its row
-        for (std::size_t at = text.find("\033[K"); at != std::string::npos; at = text.find("\033[K", at + 1)) ++lines;
+        std::size_t lines = 0; // each line the menu writes ends by clearing the rest of its row
+        for (std::size_t at = text.find("\033[K"); at != std::string::npos; at = text.find("\033[K", at + 1))
+            ++lines;
         EXPECT_LE(lines, rows);
         EXPECT_LT(std::count(text.begin(), text.end(), '\n'), static_cast<long>(rows));
         EXPECT_EQ(text.find(std::string(30, 'x')), std::string::npos) << "lines are wrapped to the width";
@@ -59,10 +60,15 @@ TEST(OrvoMenuScript, RejectsBadLinesNamingTheLine) {
 
 TEST(OrvoMenuOptions, RejectsMisuse) {
     const std::vector<std::vector<std::string>> misuses = {
-        {"--plugin"}, {"--bogus"}, {"dance"}, {"check", "extra"}, {"show", "a", "b"}, {"show", "--json", "menu/x"},
-        {"check", "--json"}, {"--width", "5"}, {"--file", "f"}, {"script", "show", "--file", "f"}, {"--language", ""},
+        {"--plugin"},        {"--bogus"},
+        {"dance"},           {"check", "extra"},
+        {"show", "a", "b"},  {"show", "--json", "menu/x"},
+        {"check", "--json"}, {"--width", "5"},
+        {"--file", "f"},     {"script", "show", "--file", "f"},
+        {"--language", ""},
     };
-    for (const auto& misuse : misuses) EXPECT_THROW(parseOptions(misuse), UsageError) << misuse.back();
+    for (const auto& misuse : misuses)
+        EXPECT_THROW(parseOptions(misuse), UsageError) << misuse.back();
 }
 
 } // namespace Orvo::Tools::MenuHost

@@ -10,11 +10,12 @@ namespace Orvo::Tools::MenuHost {
 TEST(OrvoMenuTextLayout, WrapsCodePointsAtBlanksKeepingLineBreaks) {
     const std::tuple<std::string, std::size_t, std::vector<std::string>> rows[] = {
         {"one two three\n\nfour", 8, {"one two", "three", "", "four"}},
-        {"ab ääääää", 4, {"ab", "ääää", "ää"}},  // a long word is cut between characters
+        {"ab ääääää", 4, {"ab", "ääää", "ää"}}, // a long word is cut between characters
         {"", 10, {""}},
         {"abc", 0, {"a", "b", "c"}},
     };
-    for (const auto& [text, width, lines] : rows) EXPECT_EQ(wrapText(text, width), lines) << text;
+    for (const auto& [text, width, lines] : rows)
+        EXPECT_EQ(wrapText(text, width), lines) << text;
 }
 
 TEST(OrvoMenuTextLayout, JoinsClipsAndBreaksLinesByCodePoints) {
@@ -31,11 +32,12 @@ TEST(OrvoMenuJson, EscapesControlCharactersAndReplacesInvalidUtf8) {
         {"say \"hi\"\\\n\t\r", R"("say \"hi\"\\\n\t\r")"},
         {std::string("\x01\x7f\0", 3), R"("\u0001\u007f\u0000")"},
         {"Mise à jour 🙂", "\"Mise à jour 🙂\""},
-        {"\xff\xc3", R"("\ufffd\ufffd")"},             // a stray byte, a cut sequence
-        {"\xc0\xaf", R"("\ufffd\ufffd")"},             // overlong
-        {"\xed\xa0\x80", R"("\ufffd\ufffd\ufffd")"},  // surrogate
+        {"\xff\xc3", R"("\ufffd\ufffd")"},           // a stray byte, a cut sequence
+        {"\xc0\xaf", R"("\ufffd\ufffd")"},           // overlong
+        {"\xed\xa0\x80", R"("\ufffd\ufffd\ufffd")"}, // surrogate
     };
-    for (const auto& row : rows) EXPECT_EQ(jsonString(row.first), row.second);
+    for (const auto& row : rows)
+        EXPECT_EQ(jsonString(row.first), row.second);
 }
 
 } // namespace Orvo::Tools::MenuHost

@@ -9,9 +9,7 @@
 namespace Orvo {
 namespace Platform {
 
-bool IProductInfo::isInstallationLocked() {
-    return boost::filesystem::exists(getInstallationLockPath());
-}
+bool IProductInfo::isInstallationLocked() { return boost::filesystem::exists(getInstallationLockPath()); }
 
 void IProductInfo::releaseInstallationLock() {
     const std::string lockPath = getInstallationLockPath();

@@ -26,8 +26,8 @@ void IProductInfo::initializeProduct() {
     m_paths = buildApplicationPaths();
     // Codes 2, 6 and 7 are all audio-video products.
     m_productTypes = {
-        {0, "TV"}, {1, "MONITOR"}, {2, "AV"}, {3, "PROJECTOR"}, {4, "LFD"},
-        {5, "SMD"}, {6, "AV"},     {7, "AV"}, {8, "HTV"},       {9, "SPK"},
+        {0, "TV"},  {1, "MONITOR"}, {2, "AV"}, {3, "PROJECTOR"}, {4, "LFD"},
+        {5, "SMD"}, {6, "AV"},      {7, "AV"}, {8, "HTV"},       {9, "SPK"},
     };
     m_isInitialized = true;
 }

@@ -78,18 +78,15 @@ std::string::size_type lastDash(const std::string& swVersion, const char* caller
     if (dash == std::string::npos) {
         const std::string description = std::string(caller) + ": Wrong string format - lack of dash";
         ORVO_LOG(ERR, "%s: %s", description.c_str(), swVersion.c_str());
-        ORVO_THROW_IN(function, Common::Utils::GenericException()
-                                    << Common::Utils::errinfo_description(description)
-                                    << Common::Utils::errinfo_string(swVersion));
+        ORVO_THROW_IN(function, Common::Utils::GenericException() << Common::Utils::errinfo_description(description)
+                                                                  << Common::Utils::errinfo_string(swVersion));
     }
     return dash;
 }
 
 } // namespace
 
-std::string getSWVersionString() {
-    return readString(kKeySWVersion, kSWVersionReadFailure, BOOST_CURRENT_FUNCTION);
-}
+std::string getSWVersionString() { return readString(kKeySWVersion, kSWVersionReadFailure, BOOST_CURRENT_FUNCTION); }
 
 void getParsedModelAndVersion(std::string& model, uint16_t& major, uint16_t& minor) {
     const std::string swVersion = getSWVersionString();
@@ -153,7 +150,8 @@ std::string IProductInfo::getModelLine() {
     const std::string modelLine =
         readGuarded(kKeyModelLine, "Unable to read model line from system-info", BOOST_CURRENT_FUNCTION);
     if (modelLine == kChinaModelLine) {
-        return readString(kKeyChinaModelLine, "Unable to read china model line from system-info", BOOST_CURRENT_FUNCTION);
+        return readString(kKeyChinaModelLine, "Unable to read china model line from system-info",
+                          BOOST_CURRENT_FUNCTION);
     }
     return modelLine;
 }
@@ -163,8 +161,8 @@ std::string IProductInfo::getLocalset() {
 }
 
 boost::filesystem::path IProductInfo::getPartitionTxtFilePath() {
-    const boost::filesystem::path path(
-        readGuarded(kKeyPartitionTxtFilePath, "Unable to read partition file path from system-info", BOOST_CURRENT_FUNCTION));
+    const boost::filesystem::path path(readGuarded(
+        kKeyPartitionTxtFilePath, "Unable to read partition file path from system-info", BOOST_CURRENT_FUNCTION));
     ORVO_LOG(INF, "Partition.txt file path is: %s", path.string().c_str());
     return path;
 }

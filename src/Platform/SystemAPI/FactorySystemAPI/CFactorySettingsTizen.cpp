@@ -69,7 +69,8 @@ boost::optional<bool> overriddenSwitch(const char* parameterName, const char* sw
 }
 
 bool isOtnEnabled(system_info_key_e key) {
-    if (const boost::optional<bool> overridden = overriddenSwitch("IFactorySettings::overrideOTNEnabled", "OTNEnabled")) {
+    if (const boost::optional<bool> overridden =
+            overriddenSwitch("IFactorySettings::overrideOTNEnabled", "OTNEnabled")) {
         return *overridden;
     }
     return getIntFromFactory(key) != 0;
@@ -150,9 +151,7 @@ bool IFactorySettings::isShortOtaDuration() {
     return false;
 }
 
-void IFactorySettings::factoryOsUpgrade() {
-    ORVO_LOG(INF, "Factory os upgrade api is disabled.");
-}
+void IFactorySettings::factoryOsUpgrade() { ORVO_LOG(INF, "Factory os upgrade api is disabled."); }
 
 bool IFactorySettings::isFastBootInProductionMode() {
     const int value = getIntFromFactory(kFastUsbBootingKey);

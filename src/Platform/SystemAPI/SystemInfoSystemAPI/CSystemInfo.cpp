@@ -16,18 +16,16 @@
 namespace Orvo {
 namespace Platform {
 
-using Common::Utils::GenericException;
 using Common::Utils::errinfo_description;
 using Common::Utils::errinfo_stream;
+using Common::Utils::GenericException;
 
 namespace {
 
 // The recorded function texts are fixed so that they do not depend on the compiler's spelling.
 constexpr const char* kCheckSystemInfoErrorFunction = "void Orvo::Platform::ISystemInfo::checkSystemInfoError(int)";
 
-system_info_key_e systemInfoKey(int32_t key) {
-    return static_cast<system_info_key_e>(key);
-}
+system_info_key_e systemInfoKey(int32_t key) { return static_cast<system_info_key_e>(key); }
 
 // An identity value that must be present: a vconf failure propagates, an empty value throws.
 std::string readMandatoryIdentity(const char* vconfKey, const char* debugLogPrefix, const char* emptyDescription,
@@ -52,13 +50,13 @@ void ISystemInfo::checkSystemInfoError(int error) {
                           "Error during getting system-info value: SYSTEM_INFO_ERROR_INVALID_PARAMETER"));
     case SYSTEM_INFO_ERROR_IO_ERROR:
         ORVO_THROW_IN(kCheckSystemInfoErrorFunction,
-                      GenericException()
-                          << errinfo_description("Error during getting system-info value: SYSTEM_INFO_ERROR_IO_ERROR"));
+                      GenericException() << errinfo_description(
+                          "Error during getting system-info value: SYSTEM_INFO_ERROR_IO_ERROR"));
     default:
-        ORVO_THROW_IN(kCheckSystemInfoErrorFunction,
-                      GenericException() << errinfo_stream(
-                          "Error during getting system-info value: unrecognized error value: " +
-                          std::to_string(error)));
+        ORVO_THROW_IN(
+            kCheckSystemInfoErrorFunction,
+            GenericException() << errinfo_stream("Error during getting system-info value: unrecognized error value: " +
+                                                 std::to_string(error)));
     }
 }
 

@@ -17,18 +17,12 @@ namespace Platform {
 namespace {
 
 // Accessors are made on use: loading the library builds no settings objects.
-VConf<std::string> flashedSubmodel() {
-    return VConf<std::string>("db/menu/support/softwareupdate/flashedSubmodel");
-}
+VConf<std::string> flashedSubmodel() { return VConf<std::string>("db/menu/support/softwareupdate/flashedSubmodel"); }
 
 // Empty means the device's own model.
-VConf<std::string> selectedSubmodel() {
-    return VConf<std::string>("db/menu/support/softwareupdate/selectedSubmodel");
-}
+VConf<std::string> selectedSubmodel() { return VConf<std::string>("db/menu/support/softwareupdate/selectedSubmodel"); }
 
-VConf<bool> anySubmodel() {
-    return VConf<bool>("db/menu/support/softwareupdate/isAnySubmodel");
-}
+VConf<bool> anySubmodel() { return VConf<bool>("db/menu/support/softwareupdate/isAnySubmodel"); }
 
 // Setters do not fail their caller for vconf: the failure is logged with its diagnostics.
 template <typename T>
@@ -51,13 +45,9 @@ void ISystemInfo::setFlashedSubmodel(const std::string& submodel) {
     setOrLog(flashedSubmodel(), submodel, "Error while saving flashed submodel string");
 }
 
-std::string ISystemInfo::getStoredSelectedSubmodel() {
-    return selectedSubmodel().getOrDefault("");
-}
+std::string ISystemInfo::getStoredSelectedSubmodel() { return selectedSubmodel().getOrDefault(""); }
 
-bool ISystemInfo::isSubmodelSelected() {
-    return !getStoredSelectedSubmodel().empty();
-}
+bool ISystemInfo::isSubmodelSelected() { return !getStoredSelectedSubmodel().empty(); }
 
 std::string ISystemInfo::getSelectedSubmodel(bool raw) {
     std::string submodel = getStoredSelectedSubmodel();
@@ -89,13 +79,9 @@ void ISystemInfo::setSelectedSubmodel(const std::string& submodel) {
     setOrLog(selectedSubmodel(), toStore, "Error while saving selected submodel string");
 }
 
-bool ISystemInfo::isAnySubmodel() {
-    return anySubmodel().getOrDefault(false);
-}
+bool ISystemInfo::isAnySubmodel() { return anySubmodel().getOrDefault(false); }
 
-void ISystemInfo::setAnySubmodel(bool value) {
-    setOrLog(anySubmodel(), value, "Error while saving any submodel flag");
-}
+void ISystemInfo::setAnySubmodel(bool value) { setOrLog(anySubmodel(), value, "Error while saving any submodel flag"); }
 
 } // namespace Platform
 } // namespace Orvo

@@ -14,9 +14,7 @@ int vconf_get_bool_wrapper(const char* key, bool* value) {
     return result;
 }
 
-int vconf_set_bool_wrapper(const char* key, bool value) {
-    return vconf_set_bool(key, value ? 1 : 0);
-}
+int vconf_set_bool_wrapper(const char* key, bool value) { return vconf_set_bool(key, value ? 1 : 0); }
 
 int vconf_get_string_wrapper(const char* key, std::string* value) {
     const std::unique_ptr<char, decltype(&std::free)> text(vconf_get_str(key), &std::free);
@@ -27,9 +25,7 @@ int vconf_get_string_wrapper(const char* key, std::string* value) {
     return 0;
 }
 
-int vconf_set_string_wrapper(const char* key, std::string value) {
-    return vconf_set_str(key, value.c_str());
-}
+int vconf_set_string_wrapper(const char* key, std::string value) { return vconf_set_str(key, value.c_str()); }
 
 } // namespace VConfDetails
 } // namespace Platform

@@ -98,9 +98,9 @@ public:
         const int result = GetterMapT::template For<T>::call(m_key, &value);
         if (result != 0) {
             ORVO_LOG(WRN, "vconf_get failed while trying to access key: %s", m_key.c_str());
-            ORVO_THROW(VConfException()
-                       << Common::Utils::errinfo_stream("vconf_get failed while trying to access key: " + m_key)
-                       << Common::Utils::errinfo_errorcode(result));
+            ORVO_THROW(VConfException() << Common::Utils::errinfo_stream(
+                                               "vconf_get failed while trying to access key: " + m_key)
+                                        << Common::Utils::errinfo_errorcode(result));
         }
         return value;
     }
@@ -110,9 +110,9 @@ public:
         const int result = SetterMapT::template For<T>::call(m_key, value);
         if (result != 0) {
             ORVO_LOG(WRN, "vconf_set failed while trying to access key: %s", m_key.c_str());
-            ORVO_THROW(VConfException()
-                       << Common::Utils::errinfo_stream("vconf_set failed while trying to access key: " + m_key)
-                       << Common::Utils::errinfo_errorcode(result));
+            ORVO_THROW(VConfException() << Common::Utils::errinfo_stream(
+                                               "vconf_set failed while trying to access key: " + m_key)
+                                        << Common::Utils::errinfo_errorcode(result));
         }
     }
 
@@ -120,12 +120,12 @@ private:
     std::string m_key;
 };
 
-using DefaultGetterMap = GetterMapStruct<Getter<bool, &vconf_get_bool_wrapper>, Getter<int, &vconf_get_int>,
-                                         Getter<double, &vconf_get_dbl>,
-                                         Getter<std::string, &vconf_get_string_wrapper>>;
-using DefaultSetterMap = SetterMapStruct<Setter<bool, &vconf_set_bool_wrapper>, Setter<int, &vconf_set_int>,
-                                         Setter<double, &vconf_set_dbl>,
-                                         Setter<std::string, &vconf_set_string_wrapper>>;
+using DefaultGetterMap =
+    GetterMapStruct<Getter<bool, &vconf_get_bool_wrapper>, Getter<int, &vconf_get_int>, Getter<double, &vconf_get_dbl>,
+                    Getter<std::string, &vconf_get_string_wrapper>>;
+using DefaultSetterMap =
+    SetterMapStruct<Setter<bool, &vconf_set_bool_wrapper>, Setter<int, &vconf_set_int>, Setter<double, &vconf_set_dbl>,
+                    Setter<std::string, &vconf_set_string_wrapper>>;
 
 } // namespace VConfDetails
 

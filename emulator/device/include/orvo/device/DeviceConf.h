@@ -11,11 +11,11 @@ namespace Emulator {
 struct SystemInfoValue {
     enum class Type { Int, Bool, Double, String, Error };
     Type type = Type::Error;
-    long long intValue = 0;   // Int
-    bool boolValue = false;   // Bool
-    double doubleValue = 0;   // Double
-    std::string stringValue;  // String
-    int errorCode = 0;        // Error: every read of the key fails with this result
+    long long intValue = 0;  // Int
+    bool boolValue = false;  // Bool
+    double doubleValue = 0;  // Double
+    std::string stringValue; // String
+    int errorCode = 0;       // Error: every read of the key fails with this result
 };
 
 struct DeviceConf {

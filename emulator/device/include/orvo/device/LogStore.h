@@ -13,12 +13,12 @@ namespace Orvo {
 namespace Emulator {
 
 struct LogRecord {
-    int64_t seconds = 0;      // CLOCK_REALTIME
+    int64_t seconds = 0; // CLOCK_REALTIME
     int32_t nanoseconds = 0;
     int pid = 0;
     int tid = 0;
-    int buffer = 0;           // log_id_t
-    int priority = 0;         // log_priority
+    int buffer = 0;   // log_id_t
+    int priority = 0; // log_priority
     std::string tag;
     std::string message;
 };
@@ -31,11 +31,11 @@ int logBufferId(const std::string& name);
 // A record of at most this many tag and message bytes, whatever they hold, is appended without
 // allocating, as the platform's dlog writes it; a longer one is built on the heap.
 constexpr std::size_t kAllocationFreeTagLength = 128;
-constexpr std::size_t kAllocationFreeMessageLength = 4076;  // dlog's longest message
+constexpr std::size_t kAllocationFreeMessageLength = 4076; // dlog's longest message
 
 // Appends one record; returns the number of message bytes written, or -1 on an I/O error.
-int appendLogRecord(const std::string& deviceDir, int buffer, int priority, const char* tag,
-                    const char* message, std::size_t length);
+int appendLogRecord(const std::string& deviceDir, int buffer, int priority, const char* tag, const char* message,
+                    std::size_t length);
 int appendLogRecord(const char* deviceDir, int buffer, int priority, const char* tag, const char* message,
                     std::size_t length);
 

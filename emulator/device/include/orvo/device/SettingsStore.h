@@ -14,13 +14,13 @@ enum class SettingType { Int, Bool, Double, String };
 
 struct Setting {
     SettingType type = SettingType::Int;
-    std::string value;  // decimal int, "0"/"1" for bool, "%.17g" double, raw bytes for string
+    std::string value; // decimal int, "0"/"1" for bool, "%.17g" double, raw bytes for string
 };
 
 // The largest value a setting holds, in bytes.
 constexpr std::size_t kMaxSettingValueLength = 4096;
 
-const char* settingTypeName(SettingType type);  // "int", "bool", "double", "string"
+const char* settingTypeName(SettingType type); // "int", "bool", "double", "string"
 
 int readSetting(const std::string& deviceDir, const std::string& key, Setting& out);
 int writeSetting(const std::string& deviceDir, const std::string& key, const Setting& setting);

@@ -8,7 +8,7 @@
 namespace Orvo::Testing {
 
 struct ProcessResult {
-    int exitCode = -1;  // the exit status, or 128 + signal number when the process was killed
+    int exitCode = -1; // the exit status, or 128 + signal number when the process was killed
     std::string out;
     std::string err;
 };
