@@ -21,9 +21,5 @@ bool parseLogFormat(const std::string& name, LogFormat& format);
 
 std::string formatLogRecord(const LogRecord& record, LogFormat format);
 
-// A JSON string literal, quotes included. Control characters are escaped; bytes that are not
-// valid UTF-8 become U+FFFD, so that the output is always valid JSON.
-std::string jsonString(const std::string& text);
-
 } // namespace Emulator
 } // namespace Orvo

@@ -1,43 +1,10 @@
 #include "Json.h"
 
-#include <cstdio>
-
 namespace Orvo {
 namespace Tools {
 namespace MenuHost {
 
 namespace {
-
-// The length of the valid UTF-8 sequence at text[at], or 0 when it is not one.
-std::size_t utf8SequenceLength(const std::string& text, std::size_t at) {
-    const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-    const unsigned char lead = byte(at);
-    std::size_t length = 0;
-    unsigned int minimum = 0;
-    unsigned int codePoint = 0;
-    if (lead < 0x80) return 1;
-    if ((lead & 0xE0) == 0xC0) {
-        length = 2;
-        minimum = 0x80;
-        codePoint = lead & 0x1F;
-    } else if ((lead & 0xF0) == 0xE0) {
-        length = 3;
-        minimum = 0x800;
-        codePoint = lead & 0x0F;
-    } else if ((lead & 0xF8) == 0xF0) {
-        length = 4;
-        minimum = 0x10000;
-        codePoint = lead & 0x07;
-    } else
-        return 0;
-    if (at + length > text.size()) return 0;
-    for (std::size_t i = 1; i < length; ++i) {
-        if ((byte(at + i) & 0xC0) != 0x80) return 0;
-        codePoint = (codePoint << 6) | (byte(at + i) & 0x3F);
-    }
-    const bool surrogate = codePoint >= 0xD800 && codePoint <= 0xDFFF;
-    return codePoint < minimum || codePoint > 0x10FFFF || surrogate ? 0 : length;
-}
 
 std::string stringOrNull(const StringCall& call) { return call.text ? jsonString(*call.text) : "null"; }
 
@@ -68,37 +35,6 @@ std::string itemToJson(const ItemView& item) {
 }
 
 } // namespace
-
-std::string jsonString(const std::string& text) {
-    std::string out = "\"";
-    for (std::size_t at = 0; at < text.size();) {
-        const unsigned char c = static_cast<unsigned char>(text[at]);
-        const std::size_t length = utf8SequenceLength(text, at);
-        if (length == 0) {
-            out += "\\ufffd";
-            ++at;
-            continue;
-        }
-        if (c == '"' || c == '\\') {
-            out += '\\';
-            out += static_cast<char>(c);
-        } else if (c == '\n') {
-            out += "\\n";
-        } else if (c == '\t') {
-            out += "\\t";
-        } else if (c == '\r') {
-            out += "\\r";
-        } else if (c < 0x20 || c == 0x7F) {
-            char escape[8];
-            std::snprintf(escape, sizeof escape, "\\u%04x", c);
-            out += escape;
-        } else {
-            out.append(text, at, length);
-        }
-        at += length;
-    }
-    return out + "\"";
-}
 
 std::string branchToJson(const BranchView& view, const std::string& pluginPath) {
     std::string out = "{\"plugin\":" + jsonString(pluginPath);

@@ -2,6 +2,7 @@
 // The branch as one JSON document.
 
 #include "Branch.h"
+#include "JsonString.h"
 
 #include <string>
 
@@ -9,9 +10,9 @@ namespace Orvo {
 namespace Tools {
 namespace MenuHost {
 
-// A JSON string literal, quotes included. Control characters are escaped; bytes that are not
-// valid UTF-8 become U+FFFD so that the document stays valid whatever the plug-in returns.
-std::string jsonString(const std::string& text);
+// Bytes that are not valid UTF-8 become U+FFFD, so the document stays valid whatever the
+// plug-in returns.
+using Tools::jsonString;
 
 std::string branchToJson(const BranchView& view, const std::string& pluginPath);
 
