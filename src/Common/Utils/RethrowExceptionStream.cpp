@@ -7,10 +7,21 @@ namespace Common {
 namespace Utils {
 namespace {
 
-// boost::current_exception() copies the standard library's exception types into a Boost
-// wrapper that records the original type; they are still foreign exceptions here.
-bool isWrappedStandardException(const boost::exception& exception) {
-    return boost::get_error_info<boost::original_exception_type>(exception) != nullptr;
+// The newest context stands first, one line per catch site.
+void addTrail(boost::exception& exception, std::ostringstream& context) {
+    if (const std::string* trail = boost::get_error_info<errinfo_rethrows>(exception)) {
+        context << '\n' << *trail;
+    }
+    exception << errinfo_rethrows(context.str());
+}
+
+// boost::current_exception() holds a standard library exception as a copy that is also a
+// boost::exception and records the original type; it is still a foreign exception here. A
+// boost::exception that Boost could not copy is held as boost::unknown_exception, which records
+// the original type as well but keeps the error information: that one is ours.
+bool isCopiedStandardException(const boost::exception& exception) {
+    return dynamic_cast<const boost::unknown_exception*>(&exception) == nullptr &&
+           boost::get_error_info<boost::original_exception_type>(exception) != nullptr;
 }
 
 void logUnknownException(const std::string& context) {
@@ -25,15 +36,11 @@ RethrowExceptionStream::~RethrowExceptionStream() noexcept(false) {
     try {
         boost::rethrow_exception(m_excPtr);
     } catch (boost::exception& exception) {
-        if (isWrappedStandardException(exception)) {
+        if (isCopiedStandardException(exception)) {
             logUnknownException(m_stream.str());
             throw;
         }
-        // The newest context stands first, one line per catch site.
-        if (const std::string* trail = boost::get_error_info<errinfo_rethrows>(exception)) {
-            m_stream << '\n' << *trail;
-        }
-        exception << errinfo_rethrows(m_stream.str());
+        addTrail(exception, m_stream);
         throw;
     } catch (boost::thread_interrupted&) {
         ORVO_THROW(thread_interrupted() << errinfo_rethrows(m_stream.str()));

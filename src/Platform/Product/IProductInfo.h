@@ -78,9 +78,5 @@ private:
     static std::map<int32_t, std::string> m_productTypes;
 };
 
-// Unguarded helpers of the product layer.
-std::string getSWVersionString();
-void getParsedModelAndVersion(std::string& model, uint16_t& major, uint16_t& minor);
-
 } // namespace Platform
 } // namespace Orvo

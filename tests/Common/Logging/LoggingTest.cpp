@@ -6,6 +6,7 @@
 #include <dlog.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <string>
 #include <utility>
 #include <vector>
@@ -107,6 +108,20 @@ TEST(DlogSinkTest, LevelsFollowTheRoutingTableInBracketedNumberedLines) {
         EXPECT_EQ(records[0].message,
                   "[][" + currentThreadText() + "][" + std::to_string(sequence) + "][" + route.name + "] routed");
     }
+}
+
+// The counter starts with the process: the check runs in a freshly started copy of this test.
+TEST(DlogSinkDeathTest, TheFirstLineOfAProcessIsNumberOne) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(
+        {
+            TestDevice device;
+            char text[] = "first";
+            dlogLineSink(kLogTag, INF, text);
+            const std::vector<LogLine> lines = logLines(device, LOG_ID_MAIN);
+            std::exit(lines.size() == 1 ? static_cast<int>(lines[0].sequence) : 100);
+        },
+        ::testing::ExitedWithCode(1), "");
 }
 
 TEST(DlogSinkTest, LongTextsAreCutAtLineFeedsAndEvery768BytesIntoConsecutiveLines) {

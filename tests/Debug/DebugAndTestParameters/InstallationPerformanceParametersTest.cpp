@@ -1,4 +1,5 @@
 // Installation performance parameters: their file, and files that fail to load.
+#include "ArchiveElements.h"
 #include "Debug/DebugAndTestParameters/InstallationPerformanceParameters.h"
 #include "orvo/testing/LogLines.h"
 #include "orvo/testing/TemporaryDirectory.h"
@@ -49,18 +50,18 @@ protected:
     TemporaryDirectory m_directory;
 };
 
-TEST_F(InstallationPerformanceParametersTest, SavedFileLoadsBackEqualAbsentOptionalsIncluded) {
-    // Developers write these files by hand: the element names and their order are the format.
+TEST(InstallationPerformanceParametersDefaults, AreTheFileFormatsDefaults) {
     std::ostringstream text;
-    Parameters::write(changedParameters(), text);
-    EXPECT_THAT(
-        text.str(),
-        ContainsRegex("<flashStreamBufferSize .*<flashSinkBufferSize>.*<networkStreamBufferSize>.*"
-                      "<usbFileStreamBufferSize>.*<decrypterInputBufferSize>.*<installationChunkSize>.*"
-                      "<verificationChunkSize>.*<forceInstallationRewriteMode .*<forceVerificationRewriteMode>.*"
-                      "<installationWorkerThreads>.*<allowBpsProviders>.*<parallelizeReads>.*<parallelizeWrites>.*"
-                      "<numberOfBuffersForParallelization>.*<buffersSizeForParallelization>.*"
-                      "<verificationInitialBpsEstimate>.*<otaDownloadingProgressScale>.*<verificationScale>"));
+    Parameters::write(Parameters::defaults(), text);
+    std::vector<Matcher<std::string>> elements = defaultPerformanceElements();
+    elements.insert(elements.begin(), "InstallationPerformanceParameters");
+    EXPECT_THAT(archiveElements(text.str()), ElementsAreArray(elements));
+    // The two values that are not written keep their defaults whatever a file says.
+    EXPECT_EQ(Parameters::defaults().decrypterOutputBufferSize(), 262144U);
+    EXPECT_EQ(Parameters::defaults().decompressorOutputBufferSize(), 1048576U);
+}
+
+TEST_F(InstallationPerformanceParametersTest, SavedFileLoadsBackEqualAbsentOptionalsIncluded) {
     Parameters loaded;
     for (const auto& saved : {changedParameters(), Parameters()}) {
         ASSERT_TRUE(Parameters::save(saved, path("ipp.xml")));

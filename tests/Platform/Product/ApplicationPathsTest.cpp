@@ -105,6 +105,7 @@ TEST(FlagFilesTest, LockAndSourcePartitionFlagAreReleased) {
     EXPECT_THAT(loggedMessages(device, LOG_ID_MAIN),
                 ElementsAre("WRN InstallationLock was not locked (checked for file:  " + kLockPath + ")", flagReleased,
                             flagReleased, flagReleased));
+    EXPECT_THAT(device.logMessages(), Each(HasSubstr("] CProductInfo.cpp:")));
 }
 
 } // namespace

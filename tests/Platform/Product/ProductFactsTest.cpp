@@ -4,6 +4,7 @@
 #include "Common/Utils/ErrorInfo.h"
 #include "ErrorInfoMatchers.h"
 #include "orvo/testing/LogLines.h"
+#include "Platform/Product/Implementation/SWVersion.h"
 #include "Platform/Product/IProductInfo.h"
 #include "Platform/SystemAPI/SystemInfoSystemAPI/ISystemInfo.h"
 

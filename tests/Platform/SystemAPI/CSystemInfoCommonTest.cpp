@@ -3,9 +3,11 @@
 
 #include "orvo/testing/LogLines.h"
 #include "Platform/Product/IProductInfo.h"
-#include "Platform/SystemAPI/VconfSystemAPI/IVConfTizen.h"
 
 #include <gmock/gmock.h>
+#include <vconf.h>
+
+#include <cstdlib>
 
 namespace Orvo::Testing {
 namespace {
@@ -13,7 +15,22 @@ namespace {
 using namespace ::testing;
 using Platform::ISystemInfo;
 
-const Platform::VConf<std::string> storedSelection("db/menu/support/softwareupdate/selectedSubmodel");
+constexpr const char* kFlashedKey = "db/menu/support/softwareupdate/flashedSubmodel";
+constexpr const char* kSelectedKey = "db/menu/support/softwareupdate/selectedSubmodel";
+constexpr const char* kAnySubmodelKey = "db/menu/support/softwareupdate/isAnySubmodel";
+
+// What the settings store holds under a key, read past the code under test.
+std::string storedText(const char* key) {
+    char* text = vconf_get_str(key);
+    const std::string copy = text != nullptr ? text : "(none)";
+    std::free(text);
+    return copy;
+}
+
+int storedFlag() {
+    int flag = -1;
+    return vconf_get_bool(kAnySubmodelKey, &flag) == 0 ? flag : -1;
+}
 
 class SubmodelTest : public Test {
 protected:
@@ -27,20 +44,20 @@ protected:
 
 TEST_F(SubmodelTest, SelectedSubmodelRoundTripsWithAndWithoutZoneLetter) {
     ISystemInfo::setSelectedSubmodel("QE65B");
-    EXPECT_EQ("QE65B", storedSelection.get());
+    EXPECT_EQ("QE65B", storedText(kSelectedKey));
     EXPECT_EQ("QE65B", ISystemInfo::getSelectedSubmodel(false));
     ISystemInfo::setSelectedSubmodel("UE55A");
-    EXPECT_EQ("", storedSelection.get());
+    EXPECT_EQ("", storedText(kSelectedKey));
 
     device.setConf("system-info.904", "int 2"); // zone letter B
     EXPECT_EQ("BE55A", ISystemInfo::getSelectedSubmodel(false));
     EXPECT_EQ("UE55A", ISystemInfo::getSelectedSubmodel(true));
     ISystemInfo::setSelectedSubmodel("BE65A");
-    EXPECT_EQ("UE65A", storedSelection.get());
+    EXPECT_EQ("UE65A", storedText(kSelectedKey));
     EXPECT_EQ("BE65A", ISystemInfo::getSelectedSubmodel(false));
     EXPECT_TRUE(ISystemInfo::isSubmodelSelected());
     ISystemInfo::setSelectedSubmodel("BE55A"); // the own model
-    EXPECT_EQ("", storedSelection.get());
+    EXPECT_EQ("", storedText(kSelectedKey));
     EXPECT_FALSE(ISystemInfo::isSubmodelSelected());
 }
 
@@ -49,15 +66,20 @@ TEST_F(SubmodelTest, FlashedSubmodelAndFlagRoundTripRefusedSavesAreLogged) {
     EXPECT_FALSE(ISystemInfo::isAnySubmodel());
     ISystemInfo::setFlashedSubmodel("QE75C");
     ISystemInfo::setAnySubmodel(true);
-    EXPECT_EQ("QE75C", ISystemInfo::getFlashedSubmodel());
-    EXPECT_TRUE(ISystemInfo::isAnySubmodel());
+    EXPECT_EQ("QE75C", storedText(kFlashedKey));
+    EXPECT_EQ(1, storedFlag());
+    ASSERT_EQ(0, vconf_set_str(kFlashedKey, "QE85D"));
+    ASSERT_EQ(0, vconf_set_bool(kAnySubmodelKey, 0));
+    EXPECT_EQ("QE85D", ISystemInfo::getFlashedSubmodel());
+    EXPECT_FALSE(ISystemInfo::isAnySubmodel());
 
-    storedSelection.set("UE65A");
+    ASSERT_EQ(0, vconf_set_str(kSelectedKey, "UE65A"));
     ISystemInfo::setSelectedSubmodel("");
     const std::string tooLong(5000, 'Q'); // vconf holds at most 4096 bytes
     ISystemInfo::setFlashedSubmodel(tooLong);
     ISystemInfo::setSelectedSubmodel(tooLong);
-    EXPECT_EQ("UE65A", storedSelection.get());
+    EXPECT_EQ("UE65A", storedText(kSelectedKey));
+    EXPECT_EQ("QE85D", storedText(kFlashedKey));
     // Each sentence is followed at once by the diagnostic text.
     EXPECT_THAT(loggedTexts(device, "ERR"),
                 ElementsAre("Not expected submodel string, should not be empty here",
@@ -69,11 +91,11 @@ TEST_F(SubmodelTest, FlashedSubmodelAndFlagRoundTripRefusedSavesAreLogged) {
 TEST(SubmodelWithoutProductTest, StoredSelectionIsReadableButTheOwnModelIsNot) {
     TestDevice device;
     device.setConf("system-info.904", "int 2");
-    storedSelection.set("UE65A");
+    ASSERT_EQ(0, vconf_set_str(kSelectedKey, "UE65A"));
     EXPECT_EQ("UE65A", ISystemInfo::getStoredSelectedSubmodel());
     EXPECT_EQ("BE65A", ISystemInfo::getSelectedSubmodel(false));
     EXPECT_THROW(ISystemInfo::setSelectedSubmodel("BE65A"), Platform::ProductUninitializedException);
-    storedSelection.set("");
+    ASSERT_EQ(0, vconf_set_str(kSelectedKey, ""));
     EXPECT_THROW(ISystemInfo::getSelectedSubmodel(true), Platform::ProductUninitializedException);
 }
 

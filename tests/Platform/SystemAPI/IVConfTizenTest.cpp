@@ -3,6 +3,8 @@
 #include "ErrorInfoMatchers.h"
 #include "orvo/testing/LogLines.h"
 
+#include <vconf.h>
+
 #include <cmath>
 #include <tuple>
 
@@ -46,7 +48,12 @@ TYPED_TEST(VConfTest, FailuresFallBackOrThrowAfterOneWarning) {
                   HasInfo<Common::Utils::errinfo_errorcode>(-1),
                   HasInfo<boost::throw_function>(ContainsRegex("VConfT<.*>::get\\(\\) const")))));
     // vconf accepts only the db/, file/ and memory/ prefixes.
-    EXPECT_THROW(VConf<TypeParam>("bad/key").set(std::get<TypeParam>(kStored)), VConfException);
+    const VConf<TypeParam> refused("bad/key");
+    EXPECT_THAT([&refused] { refused.set(std::get<TypeParam>(kStored)); },
+                Throws<VConfException>(AllOf(
+                    HasInfo<Common::Utils::errinfo_stream>("vconf_set failed while trying to access key: bad/key"),
+                    HasInfo<Common::Utils::errinfo_errorcode>(vconf_set_int("bad/key", 0)),
+                    HasInfo<boost::throw_function>(ContainsRegex("VConfT<.*>::set\\(const [^)]*&\\) const")))));
     EXPECT_THAT(loggedTexts(this->device, "WRN"),
                 ElementsAre("vconf_get failed while trying to access key: db/test/absent, return default value",
                             "vconf_get failed while trying to access key: db/test/absent",

@@ -5,6 +5,7 @@
 #include "Common/Logging/Logging.h"
 #include "Common/Utils/ErrorInfo.h"
 #include "OrvoCommon/OrvoCommonUtils.h"
+#include "Platform/Product/Implementation/SWVersion.h"
 #include "Platform/SystemAPI/SystemInfoSystemAPI/ISystemInfo.h"
 
 #include <boost/current_function.hpp>
