@@ -1,14 +1,13 @@
 // What a log call costs in heap allocations, the dlog write included: an ordinary call (a text
 // under 1,024 bytes) makes none, a longer text one. Every allocation of the process is counted by
-// replacing malloc, calloc and realloc in this executable; nothing on the way asks for aligned memory.
+// the executable's own allocator (AllocationShim.c); nothing on the way asks for aligned memory.
+#include "AllocationShim.h"
 #include "Common/Logging/Logging.h"
 #include "orvo/testing/LogLines.h"
 
 #include <dlog.h>
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <cstddef>
 #include <filesystem>
 #include <string>
 #include <utility>
@@ -16,42 +15,14 @@
 
 namespace {
 
-std::atomic<bool> g_counting{false};
-std::atomic<long> g_allocations{0};
-
-void countAllocation() {
-    if (g_counting.load(std::memory_order_relaxed)) g_allocations.fetch_add(1, std::memory_order_relaxed);
-}
-
 template <typename Call>
 long allocationsOf(Call call) {
-    g_allocations = 0;
-    g_counting = true;
+    const long before = orvoAllocations();
     call();
-    g_counting = false;
-    return g_allocations.load();
+    return orvoAllocations() - before;
 }
 
 } // namespace
-
-extern "C" {
-void* __libc_malloc(std::size_t size);
-void* __libc_calloc(std::size_t count, std::size_t size);
-void* __libc_realloc(void* pointer, std::size_t size);
-
-void* malloc(std::size_t size) {
-    countAllocation();
-    return __libc_malloc(size);
-}
-void* calloc(std::size_t count, std::size_t size) {
-    countAllocation();
-    return __libc_calloc(count, size);
-}
-void* realloc(void* pointer, std::size_t size) {
-    countAllocation();
-    return __libc_realloc(pointer, size);
-}
-}
 
 namespace Orvo::Testing {
 namespace {

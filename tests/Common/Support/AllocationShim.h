@@ -6,6 +6,7 @@
 
 extern "C" {
 __attribute__((weak)) void orvoFailNextCallocOfSize(size_t size);
+__attribute__((weak)) long orvoAllocations(void); // calls of malloc, calloc and realloc
 __attribute__((weak)) long orvoLiveBlocks(void);
 }
 

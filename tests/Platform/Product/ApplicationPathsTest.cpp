@@ -6,6 +6,8 @@
 #include <dlog.h>
 #include <gmock/gmock.h>
 
+#include <tuple>
+
 namespace Orvo::Testing {
 namespace {
 
@@ -16,37 +18,43 @@ const std::string kData = "/mnt/systemrw/orvotv/data/tv";
 const std::string kLockPath = kData + "/InstallationLock.dat";
 const std::string kFlagPath = kData + "/SourcePartitionNotGenuineFlag";
 
-TEST(ApplicationPathsTest, TableFollowsTheDevicesPlatformRoots) {
-    TestDevice device; // tv profile: 3=/usr/share 7=/opt 10=/opt/share 27=/opt/usr/data 28=/usr/apps
+const std::string kAppData = "/opt/usr/data/orvotv/data/tv";
+
+// Every text accessor with its path on the tv profile's platform roots: 3=/usr/share 7=/opt
+// 10=/opt/share 27=/opt/usr/data 28=/usr/apps.
+#define PATH(accessor, expected) std::make_tuple(#accessor, P::accessor, std::string(expected))
+const std::tuple<const char*, std::string (*)(), std::string> kPaths[] = {
+    PATH(getPathPrefix, ""),
+    PATH(getRootPathPrefix, ""),
+    PATH(getSystemRwDataDirectory, kData),
+    PATH(getAppDataDirectory, kAppData),
+    PATH(getPostponeUpdateFlagPath, kAppData + "/PostponeUpdate"),
+    PATH(getAppRootDirectory, "/usr/apps"),
+    PATH(getPlatformRootDirectory, "/opt"),
+    PATH(getPlatformRoot10Directory, "/opt/share"),
+    PATH(getLastSearchingDateFilePath, kData + "/LastSearchingDate"),
+    PATH(getFactoryResetFlagPath, kData + "/OrvoFactoryResetFlag"),
+    PATH(getFinalizingUpgradeFlagPath, kData + "/OrvoFinalizingUpgradeFlag"),
+    PATH(getEmulatedInfoFilePath, kData + "/EmulatedInfo.txt"),
+    PATH(getPluginFailureFlagsPath, kData + "/plugin_failure_flags"),
+    PATH(getAppDirectory, "/usr/apps/orvotv"),
+    PATH(getBackupDirectory, "/mnt/backup"),
+    PATH(getUpdateInfoFilePath, kData + "/UpdateInfo.xml"),
+    PATH(getInstallationLockPath, kLockPath),
+    PATH(getSourcePartitionNotGenuineFlagPath, kFlagPath),
+    PATH(getKpiDirectory, kData + "/kpi"),
+    PATH(getLocaleDirectory, "/usr/share/orvotv/res/locale"),
+    PATH(getCertificatePath, "/usr/share/cert/tvca.pem")};
+
+TEST(ApplicationPathsTest, TableFollowsTheDevicesPlatformRootsOnceInitialised) {
+    TestDevice device;
+    for (const auto& [name, get, expected] : kPaths)
+        EXPECT_THROW(get(), Platform::ProductUninitializedException) << name;
+    EXPECT_THROW(P::getFirstSizeLimit(), Platform::ProductUninitializedException);
+    EXPECT_THROW(P::getSecondSizeLimit(), Platform::ProductUninitializedException);
     P::initializeProduct();
-    const std::string appData = "/opt/usr/data/orvotv/data/tv";
-    EXPECT_THAT(
-        (std::vector<std::string>{P::getPathPrefix(),
-                                  P::getRootPathPrefix(),
-                                  P::getSystemRwDataDirectory(),
-                                  P::getAppDataDirectory(),
-                                  P::getPostponeUpdateFlagPath(),
-                                  P::getAppRootDirectory(),
-                                  P::getPlatformRootDirectory(),
-                                  P::getPlatformRoot10Directory(),
-                                  P::getLastSearchingDateFilePath(),
-                                  P::getFactoryResetFlagPath(),
-                                  P::getFinalizingUpgradeFlagPath(),
-                                  P::getEmulatedInfoFilePath(),
-                                  P::getPluginFailureFlagsPath(),
-                                  P::getAppDirectory(),
-                                  P::getBackupDirectory(),
-                                  P::getUpdateInfoFilePath(),
-                                  P::getInstallationLockPath(),
-                                  P::getSourcePartitionNotGenuineFlagPath(),
-                                  P::getKpiDirectory(),
-                                  P::getLocaleDirectory(),
-                                  P::getCertificatePath()}),
-        ElementsAre("", "", kData, appData, appData + "/PostponeUpdate", "/usr/apps", "/opt", "/opt/share",
-                    kData + "/LastSearchingDate", kData + "/OrvoFactoryResetFlag", kData + "/OrvoFinalizingUpgradeFlag",
-                    kData + "/EmulatedInfo.txt", kData + "/plugin_failure_flags", "/usr/apps/orvotv", "/mnt/backup",
-                    kData + "/UpdateInfo.xml", kLockPath, kFlagPath, kData + "/kpi", "/usr/share/orvotv/res/locale",
-                    "/usr/share/cert/tvca.pem"));
+    for (const auto& [name, get, expected] : kPaths)
+        EXPECT_EQ(get(), expected) << name;
     EXPECT_EQ(std::make_pair(P::getFirstSizeLimit(), P::getSecondSizeLimit()),
               std::make_pair(943718400UL, 104857600UL));
 }
