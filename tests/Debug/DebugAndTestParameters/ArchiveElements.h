@@ -6,6 +6,7 @@
 
 #include <cstdlib>
 #include <regex>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -30,32 +31,28 @@ inline ::testing::Matcher<std::string> FloatElement(const std::string& name, flo
             ::testing::FloatEq(value)));
 }
 
+// Matchers for the elements written in `elements`, separated by blanks.
+inline std::vector<::testing::Matcher<std::string>> elementsOf(const std::string& elements) {
+    std::vector<::testing::Matcher<std::string>> matchers;
+    std::istringstream words(elements);
+    for (std::string word; words >> word;)
+        matchers.push_back(word);
+    return matchers;
+}
+
 // The installation performance parameters with their defaults, in file order. An optional is
 // written as its "initialized" flag (and a "value" when set), a bool as 0 or 1.
 inline std::vector<::testing::Matcher<std::string>> defaultPerformanceElements() {
-    return {"flashStreamBufferSize",
-            "initialized=0",
-            "flashSinkBufferSize",
-            "initialized=0",
-            "networkStreamBufferSize=1048576",
-            "usbFileStreamBufferSize",
-            "initialized=0",
-            "decrypterInputBufferSize=65536",
-            "installationChunkSize=1048576",
-            "verificationChunkSize=1048576",
-            "forceInstallationRewriteMode",
-            "initialized=0",
-            "forceVerificationRewriteMode",
-            "initialized=0",
-            "installationWorkerThreads=0",
-            "allowBpsProviders=1",
-            "parallelizeReads=1",
-            "parallelizeWrites=1",
-            "numberOfBuffersForParallelization=4",
-            "buffersSizeForParallelization=262144",
-            FloatElement("verificationInitialBpsEstimate", 2.0e8f),
-            FloatElement("otaDownloadingProgressScale", 30.0f),
-            FloatElement("verificationScale", 0.2f)};
+    std::vector<::testing::Matcher<std::string>> elements = elementsOf(
+        "flashStreamBufferSize initialized=0 flashSinkBufferSize initialized=0 networkStreamBufferSize=1048576 "
+        "usbFileStreamBufferSize initialized=0 decrypterInputBufferSize=65536 installationChunkSize=1048576 "
+        "verificationChunkSize=1048576 forceInstallationRewriteMode initialized=0 forceVerificationRewriteMode "
+        "initialized=0 installationWorkerThreads=0 allowBpsProviders=1 parallelizeReads=1 parallelizeWrites=1 "
+        "numberOfBuffersForParallelization=4 buffersSizeForParallelization=262144");
+    elements.push_back(FloatElement("verificationInitialBpsEstimate", 2.0e8f));
+    elements.push_back(FloatElement("otaDownloadingProgressScale", 30.0f));
+    elements.push_back(FloatElement("verificationScale", 0.2f));
+    return elements;
 }
 
 } // namespace Orvo::Testing

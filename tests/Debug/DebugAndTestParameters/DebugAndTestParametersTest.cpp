@@ -86,27 +86,18 @@ TEST_F(DebugAndTestParametersTest, DefaultsAreThoseOfTheFileFormat) {
     m_device.setConf("production", "true");
     std::ostringstream text;
     parameters().write(text);
-    std::vector<Matcher<std::string>> elements = {"DebugAndTestParameters",
-                                                  "noRebootFlag=0",
-                                                  "skipCompatibilityChecker=0",
-                                                  "skipVersionChecker=0",
-                                                  "skipIntegrityChecker=0",
-                                                  "dontSwitchPartitions=0",
-                                                  "emulateWasSuccessfulUpgrade=0",
-                                                  "testTransformationFailure=0",
-                                                  "useOTNTestServer=0",
-                                                  MatchesRegex("otnTestServerAddress=[^:/]+:[0-9]+/"),
-                                                  "numberOfFailures=0",
-                                                  "durationReduced=0",
-                                                  "setOTASetServiceOption=0",
-                                                  "installationPerformanceParameters"};
-    for (const Matcher<std::string>& element : defaultPerformanceElements())
-        elements.push_back(element);
-    for (const char* element :
-         {"serviceTransactionStubScenarioPath=", "coreTransactionStubScenarioPath=", "otnOUItemDownloadDirectory=",
-          "resumeDataBackupDirectory=", "customIntParams", "count=2", "item_version=0", "item", "first=testParam0",
-          "second=0", "item", "first=testParam1", "second=1"})
-        elements.push_back(element);
+    std::vector<Matcher<std::string>> elements = elementsOf(
+        "DebugAndTestParameters noRebootFlag=0 skipCompatibilityChecker=0 skipVersionChecker=0 "
+        "skipIntegrityChecker=0 dontSwitchPartitions=0 emulateWasSuccessfulUpgrade=0 testTransformationFailure=0 "
+        "useOTNTestServer=0");
+    elements.push_back(MatchesRegex("otnTestServerAddress=[^:/]+:[0-9]+/"));
+    for (const auto& more :
+         {elementsOf("numberOfFailures=0 durationReduced=0 setOTASetServiceOption=0 installationPerformanceParameters"),
+          defaultPerformanceElements(),
+          elementsOf("serviceTransactionStubScenarioPath= coreTransactionStubScenarioPath= otnOUItemDownloadDirectory= "
+                     "resumeDataBackupDirectory= customIntParams count=2 item_version=0 item first=testParam0 "
+                     "second=0 item first=testParam1 second=1")})
+        elements.insert(elements.end(), more.begin(), more.end());
     EXPECT_THAT(archiveElements(text.str()), ElementsAreArray(elements));
     EXPECT_EQ(parameters().getCustomIntParam("testParam1"), 1);
     EXPECT_EQ(parameters().getCustomIntParam("testParam2"), boost::none);
