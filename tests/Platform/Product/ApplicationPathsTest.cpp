@@ -7,6 +7,20 @@
 #include <gmock/gmock.h>
 
 #include <tuple>
+#include <type_traits>
+
+// The SW version helpers are the product layer's own, not part of IProductInfo.h: a lookup from
+// inside Orvo::Platform reaches these stand-ins only when the header declares no helper of the name.
+namespace StandIn {
+struct NotDeclared {};
+NotDeclared getSWVersionString();
+NotDeclared getParsedModelAndVersion(...);
+} // namespace StandIn
+namespace Orvo::Platform::Probe {
+using namespace StandIn;
+static_assert(std::is_same_v<decltype(getSWVersionString()), StandIn::NotDeclared>);
+static_assert(std::is_same_v<decltype(getParsedModelAndVersion()), StandIn::NotDeclared>);
+} // namespace Orvo::Platform::Probe
 
 namespace Orvo::Testing {
 namespace {
