@@ -1,17 +1,35 @@
 #!/usr/bin/env bash
-# Installs every Debian package the project needs. Idempotent: when all of them are
-# present it only checks and returns (well under a second).
+# Installs the Debian packages the project needs. Idempotent: when all of them are present it
+# only checks and returns (well under a second).
+#
+# Usage: scripts/setup.sh [--tests]
+#   without options: what building and running the emulated television needs (scripts/run)
+#   --tests:         that plus what only the test suite needs (scripts/test)
 set -euo pipefail
 
-packages=(
+build_packages=(
   build-essential cmake ninja-build pkg-config gettext
   clang-14 libclang-rt-14-dev
   libboost-dev libboost-filesystem-dev libboost-serialization-dev
   libboost-thread-dev libboost-chrono-dev
-  libgtest-dev libgmock-dev libbenchmark-dev
-  g++-arm-linux-gnueabihf
-  valgrind binutils util-linux python3 ccache
+  libcpp-httplib-dev nlohmann-json3-dev
+  binutils util-linux python3 ccache
 )
+
+test_packages=(
+  libgtest-dev libgmock-dev libbenchmark-dev
+  valgrind rpm
+  g++-arm-linux-gnueabihf qemu-user qemu-user-binfmt binfmt-support
+  chromium chromium-driver python3-selenium
+)
+
+packages=("${build_packages[@]}")
+case "${1:-}" in
+  --tests) packages+=("${test_packages[@]}") ;;
+  "") ;;
+  -h|--help) sed -n '5,7p' "$0" | sed 's/^# \{0,1\}//'; exit 0 ;;
+  *) echo "setup: unknown option '$1' (try --help)" >&2; exit 2 ;;
+esac
 
 missing=()
 for p in "${packages[@]}"; do
