@@ -25,6 +25,20 @@ ItemKind itemKind(const std::string& id) {
     return ItemKind::Action;
 }
 
+bool isMenuItem(const std::string& id) {
+    for (const MenuItem& item : menuItems()) {
+        if (id == item.id) return true;
+    }
+    return false;
+}
+
+std::string unknownItemReason(const std::string& id) {
+    std::string reason = "unknown item '" + id + "' (the items:";
+    for (const MenuItem& item : menuItems())
+        reason += std::string(" ") + item.id;
+    return reason + ")";
+}
+
 const char* firstItemOf(ItemKind kind) {
     for (const MenuItem& item : menuItems()) {
         if (item.kind == kind) return item.id;

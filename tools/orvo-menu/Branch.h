@@ -32,6 +32,9 @@ struct MenuItem {
 const std::vector<MenuItem>& menuItems();
 // The kind of a known identifier; Action for one the menu does not know.
 ItemKind itemKind(const std::string& id);
+// Whether `id` is one of menuItems(); the reason to give the user when it is not.
+bool isMenuItem(const std::string& id);
+std::string unknownItemReason(const std::string& id);
 const char* itemKindName(ItemKind kind);
 // The first item of a kind, in menu order.
 const char* firstItemOf(ItemKind kind);

@@ -29,7 +29,7 @@ std::string currentLanguage() {
     return language ? language : "";
 }
 
-std::vector<std::string> catalogueLanguages() {
+std::vector<std::string> foundCatalogueLanguages() {
     std::vector<std::string> languages;
     const char* root = bindtextdomain(kTextDomain, nullptr);
     if (DIR* directory = root ? opendir(root) : nullptr) {
@@ -42,8 +42,13 @@ std::vector<std::string> catalogueLanguages() {
         }
         closedir(directory);
     }
-    if (languages.empty()) return {"en", "de", "fr"};
     std::sort(languages.begin(), languages.end());
+    return languages;
+}
+
+std::vector<std::string> catalogueLanguages() {
+    const std::vector<std::string> languages = foundCatalogueLanguages();
+    if (languages.empty()) return {"en", "de", "fr"};
     return languages;
 }
 

@@ -20,6 +20,8 @@ std::string currentLanguage();
 // The languages with a catalogue of the text domain where the domain is bound (known after the
 // plug-in has bound it), sorted; en, de, fr when none can be found.
 std::vector<std::string> catalogueLanguages();
+// The same without the fallback: empty where the bound directory holds no catalogue.
+std::vector<std::string> foundCatalogueLanguages();
 
 // The language after `current` in `languages`, wrapping around.
 std::string nextLanguage(const std::vector<std::string>& languages, const std::string& current);

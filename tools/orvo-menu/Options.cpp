@@ -1,5 +1,8 @@
 #include "Options.h"
 
+#include "Branch.h"
+#include "CommandLine.h"
+
 #include <cstdlib>
 
 namespace Orvo {
@@ -56,11 +59,6 @@ Exit status: 0 on success, 1 when the plug-in is unusable or an action or check 
 
 namespace {
 
-const std::string& valueOf(const std::vector<std::string>& arguments, std::size_t& i) {
-    if (i + 1 >= arguments.size()) throw UsageError(arguments[i] + " needs a value");
-    return arguments[++i];
-}
-
 std::size_t parseWidth(const std::string& text) {
     char* end = nullptr;
     const unsigned long width = std::strtoul(text.c_str(), &end, 10);
@@ -70,37 +68,46 @@ std::size_t parseWidth(const std::string& text) {
     return width;
 }
 
+enum LongOnly { kJson = 256, kPlugin, kLanguage, kFile, kWidth };
+
 } // namespace
 
 Options parseOptions(const std::vector<std::string>& arguments) {
+    static const option longOptions[] = {{"help", no_argument, nullptr, 'h'},
+                                         {"json", no_argument, nullptr, kJson},
+                                         {"plugin", required_argument, nullptr, kPlugin},
+                                         {"language", required_argument, nullptr, kLanguage},
+                                         {"file", required_argument, nullptr, kFile},
+                                         {"width", required_argument, nullptr, kWidth},
+                                         {nullptr, 0, nullptr, 0}};
     Options options;
-    bool positionalOnly = false;
-    for (std::size_t i = 0; i < arguments.size(); ++i) {
-        const std::string& argument = arguments[i];
-        const bool isOption = !positionalOnly && argument.size() > 1 && argument[0] == '-';
-        if (!isOption) {
-            if (options.command.empty())
-                options.command = argument;
-            else
-                options.arguments.push_back(argument);
-        } else if (argument == "--") {
-            positionalOnly = true;
-        } else if (argument == "-h" || argument == "--help") {
-            options.help = true;
-        } else if (argument == "--json") {
-            options.json = true;
-        } else if (argument == "--plugin") {
-            options.plugin = valueOf(arguments, i);
-        } else if (argument == "--language") {
-            options.language = valueOf(arguments, i);
-            if (options.language.empty()) throw UsageError("--language needs a language, for example en");
-        } else if (argument == "--file") {
-            options.scriptFile = valueOf(arguments, i);
-        } else if (argument == "--width") {
-            options.width = parseWidth(valueOf(arguments, i));
-        } else {
-            throw UsageError("unknown option " + argument);
-        }
+    const std::vector<std::string> operands =
+        parseCommandLine(arguments, "h", longOptions, [&](int option, const char* value) {
+            switch (option) {
+            case 'h':
+                options.help = true;
+                break;
+            case kJson:
+                options.json = true;
+                break;
+            case kPlugin:
+                options.plugin = value;
+                break;
+            case kLanguage:
+                options.language = value;
+                if (options.language.empty()) throw UsageError("--language needs a language, for example en");
+                break;
+            case kFile:
+                options.scriptFile = value;
+                break;
+            case kWidth:
+                options.width = parseWidth(value);
+                break;
+            }
+        });
+    if (!operands.empty()) {
+        options.command = operands[0];
+        options.arguments.assign(operands.begin() + 1, operands.end());
     }
     const std::string& command = options.command;
     if (!command.empty() && command != "menu" && command != "show" && command != "script" && command != "check") {
@@ -110,6 +117,8 @@ Options parseOptions(const std::vector<std::string>& arguments) {
         throw UsageError("'" + command + "' takes no arguments");
     }
     if (command == "show" && options.arguments.size() > 1) throw UsageError("show takes at most one item");
+    if (command == "show" && options.arguments.size() == 1 && !isMenuItem(options.arguments[0]))
+        throw UsageError(unknownItemReason(options.arguments[0]));
     if (command == "show" && options.json && !options.arguments.empty()) {
         throw UsageError("--json shows the whole branch; leave out the item");
     }

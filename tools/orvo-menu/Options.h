@@ -1,6 +1,8 @@
 #pragma once
 // The command line of orvo-menu.
 
+#include "CommandLine.h"
+
 #include <cstddef>
 #include <stdexcept>
 #include <string>
@@ -10,10 +12,7 @@ namespace Orvo {
 namespace Tools {
 namespace MenuHost {
 
-class UsageError : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
+using Tools::UsageError;
 
 struct Options {
     std::string command; // "", "menu", "show", "script", "check"

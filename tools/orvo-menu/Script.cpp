@@ -100,6 +100,8 @@ std::vector<ScriptAction> parseScript(const std::vector<std::string>& lines) {
         if (count < verb->second.minimum || count > verb->second.maximum) {
             throw ScriptError(where + "wrong number of arguments for '" + action.verb + "'");
         }
+        if (action.verb == "show" && count == 1 && !isMenuItem(action.arguments[0]))
+            throw ScriptError(where + unknownItemReason(action.arguments[0]));
         int value = 0;
         if (action.verb == "set" && !parseInt(action.arguments[1], value)) {
             throw ScriptError(where + "'" + action.arguments[1] + "' is not an integer");

@@ -11,7 +11,9 @@
 #include "Terminal.h"
 #include "TextView.h"
 
+#include <libintl.h>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <fstream>
@@ -44,9 +46,24 @@ std::vector<std::string> readLines(std::istream& in) {
 std::vector<std::string> scriptLines(const Options& options) {
     if (!options.arguments.empty()) return options.arguments;
     if (options.scriptFile.empty() || options.scriptFile == "-") return readLines(std::cin);
+    struct stat status {};
+    if (::stat(options.scriptFile.c_str(), &status) == 0 && S_ISDIR(status.st_mode))
+        throw ScriptError(options.scriptFile + " is a directory, not a script");
     std::ifstream file(options.scriptFile);
     if (!file) throw ScriptError("cannot read " + options.scriptFile);
-    return readLines(file);
+    std::vector<std::string> lines = readLines(file);
+    if (file.bad()) throw ScriptError("cannot read " + options.scriptFile);
+    return lines;
+}
+
+// Outside the device sandbox the plug-in's catalogue directory is the host's, without catalogues,
+// and every text would be a bare message id.
+void requireCatalogue() {
+    if (!foundCatalogueLanguages().empty()) return;
+    const char* directory = bindtextdomain(kTextDomain, nullptr);
+    throw std::runtime_error(std::string("no message catalogue in ") + (directory ? directory : "(unbound)") +
+                             " (outside the device sandbox every text is a bare message id): run it as "
+                             "`orvo-device run -- orvo-menu ...`, as scripts/run does");
 }
 
 int show(const Provider& provider, const Options& options, const std::string& pluginPath) {
@@ -70,6 +87,7 @@ int run(const Options& options) {
     const std::vector<ScriptAction> actions =
         options.command == "script" ? parseScript(scriptLines(options)) : std::vector<ScriptAction>();
     const Provider provider(library);
+    requireCatalogue();
     if (options.command == "script") return runScript(provider, actions, std::cout, std::cerr, outputWidth(options));
     const bool onTerminal = isatty(STDIN_FILENO) && isatty(STDOUT_FILENO);
     if (options.command == "menu" || (options.command.empty() && !options.json && onTerminal)) {
@@ -82,18 +100,10 @@ int run(const Options& options) {
 } // namespace
 
 int main(int argc, char** argv) {
-    try {
+    return Orvo::Tools::runTool("orvo-menu", [&] {
         const Options options = parseOptions(std::vector<std::string>(argv + 1, argv + argc));
-        if (options.help) {
-            std::cout << kUsage;
-            return 0;
-        }
-        return run(options);
-    } catch (const UsageError& error) {
-        std::cerr << "orvo-menu: " << error.what() << " (see orvo-menu --help)\n";
-        return 2;
-    } catch (const std::exception& error) {
-        std::cerr << "orvo-menu: " << error.what() << '\n';
-        return 1;
-    }
+        if (!options.help) return run(options);
+        std::cout << kUsage;
+        return 0;
+    });
 }
