@@ -65,10 +65,27 @@ TEST(OrvoMenuOptions, RejectsMisuse) {
         {"show", "a", "b"},  {"show", "--json", "menu/x"},
         {"check", "--json"}, {"--width", "5"},
         {"--file", "f"},     {"script", "show", "--file", "f"},
-        {"--language", ""},
+        {"--language", ""},  {"--language="},
+        {"--json=1"},        {"show", "menu/no/such/item"},
     };
     for (const auto& misuse : misuses)
         EXPECT_THROW(parseOptions(misuse), UsageError) << misuse.back();
+}
+
+TEST(OrvoMenuOptions, TakeOptionsAnywhereWithEqualsAndAfterTheEndOfOptions) {
+    const std::vector<std::vector<std::string>> spellings = {
+        {"--width", "50", "--language", "de", "script", "show"},
+        {"script", "--width=50", "show", "--language=de"},
+        {"--language=de", "script", "--width", "50", "--", "show"},
+    };
+    for (const auto& spelling : spellings) {
+        const Options options = parseOptions(spelling);
+        EXPECT_EQ(options.command, "script");
+        EXPECT_EQ(options.arguments, std::vector<std::string>{"show"});
+        EXPECT_EQ(options.width, 50u);
+        EXPECT_EQ(options.language, "de");
+    }
+    EXPECT_EQ(parseOptions({"script", "--", "--json"}).arguments, std::vector<std::string>{"--json"});
 }
 
 } // namespace Orvo::Tools::MenuHost
