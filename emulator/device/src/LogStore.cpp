@@ -11,6 +11,7 @@
 #include <ctime>
 #include <fcntl.h>
 #include <memory>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -209,6 +210,47 @@ std::vector<LogRecord> readLogRecords(const std::string& deviceDir, int buffer, 
     // A line without its line feed is not complete yet; the next read starts at it.
     offset += start;
     return records;
+}
+
+namespace {
+
+// The buffer's file opened without following a link or blocking on a FIFO; -1 with errno set,
+// ENOENT for a missing file, EINVAL for one that is no regular file.
+int openLogFile(const std::string& deviceDir, int buffer, int flags) {
+    char path[PATH_MAX];
+    if (!formatLogPath(path, sizeof path, deviceDir.c_str(), buffer)) {
+        errno = EINVAL;
+        return -1;
+    }
+    const int fd = ::open(path, flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    struct stat status {};
+    if (fd >= 0 && (::fstat(fd, &status) != 0 || !S_ISREG(status.st_mode))) {
+        ::close(fd);
+        errno = EINVAL;
+        return -1;
+    }
+    return fd;
+}
+
+} // namespace
+
+bool clearLogBuffer(const std::string& deviceDir, int buffer) {
+    const int fd = openLogFile(deviceDir, buffer, O_WRONLY);
+    if (fd < 0) return errno == ENOENT;
+    const bool cleared = ::ftruncate(fd, 0) == 0;
+    ::close(fd);
+    return cleared;
+}
+
+bool logBufferSize(const std::string& deviceDir, int buffer, std::uint64_t& size) {
+    size = 0;
+    const int fd = openLogFile(deviceDir, buffer, O_RDONLY);
+    if (fd < 0) return errno == ENOENT;
+    struct stat status {};
+    const bool known = ::fstat(fd, &status) == 0;
+    if (known) size = static_cast<std::uint64_t>(status.st_size);
+    ::close(fd);
+    return known;
 }
 
 } // namespace Emulator

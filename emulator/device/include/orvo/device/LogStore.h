@@ -45,6 +45,12 @@ std::vector<LogRecord> readLogRecords(const std::string& deviceDir, int buffer);
 // complete line read (back to the start when the file was truncated).
 std::vector<LogRecord> readLogRecords(const std::string& deviceDir, int buffer, std::uint64_t& offset);
 
+// Empties one buffer (a missing one is empty already); false with errno set on failure. A link or
+// special file in place of the buffer's file is refused (ELOOP, EINVAL), never followed.
+bool clearLogBuffer(const std::string& deviceDir, int buffer);
+// The bytes one buffer holds (0 for a missing one); false with errno set on failure.
+bool logBufferSize(const std::string& deviceDir, int buffer, std::uint64_t& size);
+
 // Parses one record line (without its line feed).
 bool parseLogRecord(const std::string& line, int buffer, LogRecord& out);
 
