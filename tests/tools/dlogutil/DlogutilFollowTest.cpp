@@ -14,7 +14,9 @@ TEST(DlogutilFollowTest, PrintsNewRecordsAsTheyComeAndStopsCleanlyOnSignals) {
         "record apps 'apps after'; record radio 'radio not followed'; record main 'main after'; await 'main after'\n"
         "kill -$1 $follower; wait $follower; echo \"exit $?\"; cat $out; rm $out $log/*\n";
     for (const char* signal : {"INT", "TERM"})
-        EXPECT_EQ("exit 0\nbefore\napps after\nmain after\n",
-                  Orvo::Testing::runProcess({"sh", "-c", script, Orvo::Testing::toolPath("dlogutil"), signal}).out)
+        EXPECT_EQ(
+            "exit 0\n--------- beginning of main\nbefore\n--------- beginning of apps\napps after\n"
+            "--------- beginning of main\nmain after\n",
+            Orvo::Testing::runProcess({"sh", "-c", script, Orvo::Testing::toolPath("dlogutil"), signal}).out)
             << signal;
 }
