@@ -37,8 +37,10 @@ std::vector<std::string> parseCommandLine(const std::vector<std::string>& argume
         argv.push_back(&word[0]);
     argv.push_back(nullptr);
     const int argc = static_cast<int>(words.size());
-    // A leading ':' reports a missing value apart from an unknown option; getopt itself prints nothing.
-    const std::string optionString = std::string(":") + shortOptions;
+    // A ':' (after a leading '+', which stops at the first operand) reports a missing value
+    // apart from an unknown option; getopt itself prints nothing.
+    const bool stopAtOperand = shortOptions[0] == '+';
+    const std::string optionString = (stopAtOperand ? "+:" : ":") + std::string(shortOptions + stopAtOperand);
     ::opterr = 0;
     ::optind = 0; // a fresh scan, also after an earlier one
     for (;;) {

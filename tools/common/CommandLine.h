@@ -22,7 +22,8 @@ struct UsageError : std::runtime_error {
 using OptionHandler = std::function<void(int option, const char* value)>;
 
 // Parses `arguments` (without the program name) with getopt_long; `shortOptions` and
-// `longOptions` (ended by a zero entry) as getopt_long takes them. Returns the operands in order.
+// `longOptions` (ended by a zero entry) as getopt_long takes them; `shortOptions` starting with
+// '+' ends the options at the first operand. Returns the operands in order.
 // Throws UsageError for an unknown option or a missing value.
 std::vector<std::string> parseCommandLine(const std::vector<std::string>& arguments, const char* shortOptions,
                                           const option* longOptions, const OptionHandler& onOption);

@@ -1,8 +1,8 @@
 // orvo-device: creates, runs, reboots and shows emulated televisions.
 
+#include "CommandLine.h"
 #include "Commands.h"
 
-#include <cstring>
 #include <iostream>
 #include <map>
 
@@ -63,47 +63,61 @@ const std::map<std::string, Command>& commands() {
     return table;
 }
 
-bool asksForHelp(const Arguments& args) {
-    for (const std::string& arg : args) {
-        if (arg == "--") {
-            return false;
-        }
-        if (arg == "--help" || arg == "-h") {
-            return true;
-        }
+enum LongOnly { kProfile = 256, kDevice };
+
+// The command's own arguments in the one form the commands read: options parsed here with the
+// tools' common idiom (anywhere, --opt=value), then handed on as "--name value" before the rest.
+// For run, options end at the command to run, whose own options are its business.
+Arguments canonicalArguments(const std::string& command, const Arguments& args, bool& help) {
+    static const option longOptions[] = {{"help", no_argument, nullptr, 'h'},
+                                         {"profile", required_argument, nullptr, kProfile},
+                                         {"device", required_argument, nullptr, kDevice},
+                                         {nullptr, 0, nullptr, 0}};
+    Arguments options;
+    const Arguments operands = Orvo::Tools::parseCommandLine(
+        args, command == "run" ? "+h" : "h", longOptions, [&](int option, const char* value) {
+            const bool belongs =
+                option == 'h' || (option == kProfile && command == "create") || (option == kDevice && command == "run");
+            if (!belongs)
+                throw Orvo::Tools::UsageError(std::string("unknown option --") +
+                                              (option == kProfile ? "profile" : "device"));
+            if (option == 'h') help = true;
+            if (option != 'h') options.insert(options.end(), {option == kProfile ? "--profile" : "--device", value});
+        });
+    if (command == "run") options.push_back("--");
+    options.insert(options.end(), operands.begin(), operands.end());
+    return options;
+}
+
+int runCommand(const std::string& name, const Command& command, const Arguments& args) {
+    bool help = false;
+    const Arguments canonical = canonicalArguments(name, args, help);
+    if (help) {
+        std::cout << command.help;
+        return 0;
     }
-    return false;
+    try {
+        return command.run(canonical);
+    } catch (const Orvo::Emulator::UsageError& e) {
+        throw Orvo::Tools::UsageError(e.what());
+    }
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
     const Arguments all(argv + 1, argv + argc);
-    if (all.empty()) {
-        std::cerr << "orvo-device: missing command (see orvo-device --help)\n";
-        return 2;
-    }
-    if (all[0] == "--help" || all[0] == "-h") {
+    if (!all.empty() && (all[0] == "--help" || all[0] == "-h")) {
         std::cout << kUsage;
         return 0;
     }
-    const auto command = commands().find(all[0]);
+    const auto command = all.empty() ? commands().end() : commands().find(all[0]);
     if (command == commands().end()) {
-        std::cerr << "orvo-device: unknown command '" << all[0] << "' (see orvo-device --help)\n";
-        return 2;
+        return Orvo::Tools::runTool("orvo-device", [&]() -> int {
+            throw Orvo::Tools::UsageError(all.empty() ? "missing command" : "unknown command '" + all[0] + "'");
+        });
     }
-    const Arguments args(all.begin() + 1, all.end());
-    if (asksForHelp(args)) {
-        std::cout << command->second.help;
-        return 0;
-    }
-    try {
-        return command->second.run(args);
-    } catch (const Orvo::Emulator::UsageError& e) {
-        std::cerr << "orvo-device " << all[0] << ": " << e.what() << " (see orvo-device " << all[0] << " --help)\n";
-        return 2;
-    } catch (const std::exception& e) {
-        std::cerr << "orvo-device " << all[0] << ": " << e.what() << "\n";
-        return 1;
-    }
+    const std::string name = "orvo-device " + all[0];
+    return Orvo::Tools::runTool(
+        name.c_str(), [&] { return runCommand(all[0], command->second, Arguments(all.begin() + 1, all.end())); });
 }

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 
 namespace fs = std::filesystem;
 using namespace Orvo::Emulator;
@@ -83,4 +84,29 @@ TEST_F(OrvoDevice, RunShowsTheDevicesFilesKeepsItsWritesPassesTheExitStatusAndDe
     EXPECT_EQ(first.out, state + "/orvo-emulator/device\n") << first.err;
     EXPECT_EQ(tool({"run", "--", "cat", "/mnt/backup/mark"}, env).out, "first\n") << "the default device persists";
     EXPECT_EQ(std::distance(fs::directory_iterator(state + "/orvo-emulator"), {}), 1) << "no staging left";
+}
+
+// The tools' common command line: options before or after operands, --opt=value, and the options
+// of the command that run starts left to that command.
+TEST_F(OrvoDevice, TakesOptionsAnywhereWithEqualsAndLeavesTheRunCommandsOptionsAlone) {
+    const std::string pane = temporary.path() + "/pane";
+    ASSERT_EQ(tool({"create", pane, "--profile", "pane"}).exitCode, 0);
+    const auto conf = [](const std::string& dir) {
+        std::ifstream in(dir + "/device.conf");
+        return std::string(std::istreambuf_iterator<char>(in), {});
+    };
+    for (const std::vector<std::string>& create :
+         std::vector<std::vector<std::string>>{{"create", "--profile=pane", temporary.path() + "/a"},
+                                               {"create", temporary.path() + "/b", "--profile=pane"}}) {
+        const std::string dir = create[1][0] == '-' ? create[2] : create[1];
+        EXPECT_EQ(tool(create).exitCode, 0) << dir;
+        EXPECT_EQ(conf(dir), conf(pane)) << dir;
+    }
+    const auto run = tool({"run", "--device=" + tv, "sh", "-c", "echo $0 $ORVO_DEVICE_DIR", "-x"});
+    EXPECT_EQ(run.out, "-x " + tv + "\n") << run.err;
+    expectOneLineError({"show", "--profile", "tv"}, 2, "orvo-device show: unknown option --profile");
+    expectOneLineError({"run", "--device"}, 2, "orvo-device run: --device needs a value");
+    expectOneLineError({"reboot", "-q"}, 2, "orvo-device reboot: unknown option -q (see orvo-device reboot --help)");
+    expectOneLineError({"create"}, 2, "(see orvo-device create --help)");
+    EXPECT_EQ(tool({"reboot", "--", tv}).exitCode, 0);
 }
