@@ -40,8 +40,7 @@ TEST(Dlogutil, PrintsTheChosenBuffersAndPrioritiesMergedInTimeOrder) {
     const std::vector<std::pair<std::vector<std::string>, std::string>> rows = {
         // By default main and system together, each run of records under its buffer's line.
         {{"-v", "raw"}, system + "S/4\n" + main + "A/4\nA/6\nB/5\nC/7\n"},
-        {{"-b", "system", "-b", "main", "-b", "system", "-vraw"},
-         system + "S/4\n" + main + "A/4\nA/6\nB/5\nC/7\n"},
+        {{"-b", "system", "-b", "main", "-b", "system", "-vraw"}, system + "S/4\n" + main + "A/4\nA/6\nB/5\nC/7\n"},
         {{"-bmain", "-v", "raw"}, "A/4\nA/6\nB/5\nC/7\n"},
         {{"-bmain", "-vraw", "A:E"}, "A/6\n"},
         {{"-bmain", "-vraw", "A:D", "*:W"}, "A/3\nA/4\nA/6\nB/5\nC/7\n"},
