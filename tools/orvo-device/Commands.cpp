@@ -125,6 +125,19 @@ int profilesCommand(const Arguments& args) {
     return 0;
 }
 
+int pathCommand(const Arguments& args) {
+    const ParsedArguments parsed = parseArguments(args, {"--profile"});
+    if (!parsed.positional.empty()) {
+        throw UsageError("too many arguments");
+    }
+    const std::string profile = parsed.options.empty() ? "tv" : parsed.options.back().second;
+    if (profile.empty() || profile[0] == '.' || profile.find('/') != std::string::npos) {
+        throw UsageError("'" + profile + "' is not a profile name");
+    }
+    std::cout << profileDeviceDirectory(profile) << "\n";
+    return 0;
+}
+
 int showCommand(const Arguments& args) {
     const std::string deviceDir = optionalDirectory(args);
     if (!isDevice(deviceDir.c_str())) {

@@ -78,7 +78,7 @@ bool makeLogDirectory(char* path) {
 }
 
 int openLogFile(char* path) {
-    const int flags = O_WRONLY | O_APPEND | O_CREAT;
+    const int flags = O_RDWR | O_APPEND | O_CREAT; // readable for endsInsideALine
     int fd = openRegularFile(path, flags, 0644);
     if (fd < 0 && errno == ENOENT && makeLogDirectory(path)) fd = openRegularFile(path, flags, 0644);
     return fd;
