@@ -142,6 +142,9 @@ void resetDeviceToProfile(const std::string& deviceDir, const std::string& dataD
 void resetDeviceState(const std::string& deviceDir, const std::string& dataDir, const std::string& profile) {
     const fs::path source = profileDirectory(dataDir, profile);
     requireDevice(deviceDir);
+    if (fs::is_symlink(fs::path(deviceDir) / "log")) {
+        throw std::runtime_error(deviceDir + "/log leads out of the device (a symbolic link); nothing removed");
+    }
     for (const std::string& key : listSettings(deviceDir)) {
         removeSetting(deviceDir, key);
     }
