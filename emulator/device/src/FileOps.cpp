@@ -4,10 +4,10 @@
 #include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <dirent.h>
-#include <climits>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>

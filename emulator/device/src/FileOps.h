@@ -16,7 +16,7 @@ namespace Emulator {
 constexpr int kNotRegularFile = EMEDIUMTYPE;
 
 // What a failed read or open of the file primitives means, for messages: strerror, except for
-// kNotRegularFile ("not a regular file") and EFBIG ("larger than the limit").
+// kNotRegularFile, EFBIG (over the size limit) and ELOOP (a link, not followed).
 std::string describeFileError(int error);
 
 // Opens a regular file without following a link in its last component and without waiting on a
