@@ -98,7 +98,10 @@ std::string describeFileError(int error) {
 int openRegularFile(const char* path, int flags, mode_t mode) {
     // O_NONBLOCK: opening a FIFO without a writer would wait for one.
     const int fd = ::open(path, flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, mode);
-    if (fd < 0) return -1;
+    if (fd < 0) {
+        if (errno == ENXIO) errno = kNotRegularFile; // a socket, or a FIFO opened to write
+        return -1;
+    }
     struct stat status;
     const bool regular = ::fstat(fd, &status) == 0 && S_ISREG(status.st_mode);
     if (!regular || ::fcntl(fd, F_SETFL, flags & O_APPEND) != 0) {

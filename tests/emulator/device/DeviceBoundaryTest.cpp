@@ -14,7 +14,9 @@
 #include <fstream>
 #include <functional>
 
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
@@ -36,7 +38,10 @@ protected:
         createDevice(device, emulatorDataDirectory(), "tv");
         createDevice(other, emulatorDataDirectory(), "tv");
     }
-    void TearDown() override { ::alarm(0); }
+    void TearDown() override {
+        ::alarm(0);
+        if (listening >= 0) ::close(listening);
+    }
 
     // Replaces the entry at relative in the device by a link to the same entry of the other one.
     void linkToOther(const std::string& relative) {
@@ -49,9 +54,21 @@ protected:
         ASSERT_EQ(0, ::mkfifo((device + "/" + relative).c_str(), 0644));
     }
 
+    // Replaces the entry at relative in the device by a listening UNIX socket.
+    void bindSocket(const std::string& relative) {
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        const std::string path = device + "/" + relative;
+        ASSERT_LT(path.size(), sizeof address.sun_path);
+        path.copy(address.sun_path, path.size());
+        listening = ::socket(AF_UNIX, SOCK_STREAM, 0);
+        ASSERT_EQ(0, ::bind(listening, reinterpret_cast<const sockaddr*>(&address), sizeof address));
+    }
+
     const Orvo::Testing::TemporaryDirectory temporary;
     const std::string device = temporary.path() + "/device";
     const std::string other = temporary.path() + "/other";
+    int listening = -1;
 };
 
 const Setting kValue{SettingType::Int, "7"};
@@ -93,6 +110,7 @@ TEST_F(TwoDevices, ALinkedOrSpecialDeviceConfIsAnErrorNamingTheFile) {
         {"missing", [&] { fs::remove(conf); }},
         {"a directory", [&] { fs::create_directory(conf); }},
         {"a FIFO", [&] { makeFifo("device.conf"); }},
+        {"a socket", [&] { bindSocket("device.conf"); }},
         {"a link", [&] { linkToOther("device.conf"); }},
         {"over the size limit", [&] { std::ofstream(conf) << std::string(1024 * 1024 + 1, '#'); }},
     };
