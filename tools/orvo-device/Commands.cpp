@@ -131,7 +131,7 @@ int pathCommand(const Arguments& args) {
         throw UsageError("too many arguments");
     }
     const std::string profile = parsed.options.empty() ? "tv" : parsed.options.back().second;
-    if (profile.empty() || profile[0] == '.' || profile.find('/') != std::string::npos) {
+    if (!isProfileName(profile)) {
         throw UsageError("'" + profile + "' is not a profile name");
     }
     std::cout << profileDeviceDirectory(profile) << "\n";

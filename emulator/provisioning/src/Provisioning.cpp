@@ -22,9 +22,8 @@ namespace {
 const char* const kDefaultProfile = "tv";
 
 fs::path profileDirectory(const std::string& dataDir, const std::string& profile) {
-    const bool plainName = !profile.empty() && profile[0] != '.' && profile.find('/') == std::string::npos;
     const fs::path dir = fs::path(dataDir) / "profiles" / profile;
-    if (!plainName || !fs::is_regular_file(dir / "device.conf")) {
+    if (!isProfileName(profile) || !fs::is_regular_file(dir / "device.conf")) {
         std::string known;
         for (const std::string& name : listProfiles(dataDir)) {
             known += (known.empty() ? "" : ", ") + name;
@@ -87,6 +86,10 @@ std::set<fs::path> sandboxDirectoriesAndParents(const std::string& deviceDir) {
 }
 
 } // namespace
+
+bool isProfileName(const std::string& profile) {
+    return !profile.empty() && profile[0] != '.' && profile.find('/') == std::string::npos;
+}
 
 void createDevice(const std::string& deviceDir, const std::string& dataDir, const std::string& profile) {
     const fs::path source = profileDirectory(dataDir, profile);

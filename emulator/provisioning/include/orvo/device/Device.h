@@ -14,6 +14,9 @@ std::string emulatorDataDirectory();
 // Names of the profiles under <dataDir>/profiles, sorted.
 std::vector<std::string> listProfiles(const std::string& dataDir);
 
+// A profile is named by a plain file name: nothing that leads out of the profiles.
+bool isProfileName(const std::string& profile);
+
 // Makes deviceDir a new device from a profile: device.conf and rootfs/ copied, empty vconf/,
 // run/vconf/ and log/, the profile's settings. The device is built aside and renamed into place,
 // so that deviceDir holds a whole device or none, even when the process is killed. Throws
