@@ -183,7 +183,7 @@ TEST_F(Lifecycle, TheSubstituteLibrariesFailWithoutADeviceAndNeverMakeOne) {
     EXPECT_FALSE(fs::exists(state)) << "no default device made";
 }
 
-TEST_F(Lifecycle, ScriptsToolsAndLibrariesFollowOneDeviceDirectoryRule) {
+TEST_F(Lifecycle, TheScriptAndTheToolsFollowOneDeviceDirectoryRule) {
     const std::string state = temporary.path() + "/state";
     const std::map<std::string, std::string> env = {{"XDG_STATE_HOME", state}, {"ORVO_DEVICE_DIR", ""}};
     const std::string device = state + "/orvo-emulator/device";
