@@ -2,6 +2,7 @@
 
 #include "DeviceReport.h"
 #include "orvo/device/Device.h"
+#include "orvo/device/DeviceDirectory.h"
 
 #include <cerrno>
 #include <cstring>
@@ -91,13 +92,7 @@ int runCommand(const Arguments& args) {
     if (deviceDir.empty()) {
         deviceDir = toolDeviceDirectory();
     }
-    try {
-        enterSandbox(deviceDir);
-    } catch (const std::exception& e) {
-        throw std::runtime_error(std::string("cannot enter the device sandbox (it needs root or "
-                                             "unprivileged user namespaces): ") +
-                                 e.what());
-    }
+    enterSandbox(deviceDir);
     std::vector<char*> argv;
     for (; i < args.size(); ++i) {
         argv.push_back(const_cast<char*>(args[i].c_str()));
@@ -130,10 +125,23 @@ int profilesCommand(const Arguments& args) {
     return 0;
 }
 
+int pathCommand(const Arguments& args) {
+    const ParsedArguments parsed = parseArguments(args, {"--profile"});
+    if (!parsed.positional.empty()) {
+        throw UsageError("too many arguments");
+    }
+    const std::string profile = parsed.options.empty() ? "tv" : parsed.options.back().second;
+    if (!isProfileName(profile)) {
+        throw UsageError("'" + profile + "' is not a profile name");
+    }
+    std::cout << profileDeviceDirectory(profile) << "\n";
+    return 0;
+}
+
 int showCommand(const Arguments& args) {
     const std::string deviceDir = optionalDirectory(args);
-    if (::access((deviceDir + "/device.conf").c_str(), R_OK) != 0) {
-        throw std::runtime_error(deviceDir + " is not a device directory (no device.conf)");
+    if (!isDevice(deviceDir.c_str())) {
+        throw std::runtime_error(noDeviceMessage(deviceDir));
     }
     printDeviceReport(std::cout, deviceDir, kShownLogRecords);
     return 0;

@@ -19,6 +19,7 @@ int createCommand(const Arguments& args);
 int runCommand(const Arguments& args);
 int rebootCommand(const Arguments& args);
 int profilesCommand(const Arguments& args);
+int pathCommand(const Arguments& args);
 int showCommand(const Arguments& args);
 
 } // namespace Emulator

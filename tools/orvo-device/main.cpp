@@ -24,6 +24,7 @@ const char kUsage[] =
     "  run [--device DIR] -- COMMAND [ARG...]  run a command on the device\n"
     "  reboot [DIR]                         clear the device's volatile state\n"
     "  profiles                             list the profiles\n"
+    "  path [--profile NAME]                where the user's device of a profile lives\n"
     "  show [DIR]                           show the device's facts, settings and main log\n"
     "\n"
     "Without DIR, a command works on $ORVO_DEVICE_DIR or, when that is unset, on the default\n"
@@ -54,6 +55,12 @@ const std::map<std::string, Command>& commands() {
          {Orvo::Emulator::profilesCommand,
           "Usage: orvo-device profiles\n"
           "Lists the profiles that 'orvo-device create' accepts.\n"}},
+        {"path",
+         {Orvo::Emulator::pathCommand,
+          "Usage: orvo-device path [--profile NAME]\n"
+          "Prints the directory of the user's device of the profile NAME (default tv):\n"
+          "${XDG_STATE_HOME:-$HOME/.local/state}/orvo-emulator/device for tv, the same\n"
+          "with -NAME appended for any other. The tools' default device is the tv one.\n"}},
         {"show",
          {Orvo::Emulator::showCommand,
           "Usage: orvo-device show [DIR]\n"

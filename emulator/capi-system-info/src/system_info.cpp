@@ -5,7 +5,6 @@
 #pragma GCC visibility pop
 
 #include "orvo/device/DeviceConf.h"
-#include "orvo/device/DeviceDirectory.h"
 
 #include <climits>
 #include <cstdlib>
@@ -22,7 +21,8 @@ template <typename Store>
 int readValue(system_info_key_e key, const void* output, SystemInfoValue::Type expected, Store store) {
     if (output == nullptr) return SYSTEM_INFO_ERROR_INVALID_PARAMETER;
     try {
-        const Orvo::Emulator::DeviceConf conf = Orvo::Emulator::DeviceConf::load(Orvo::Emulator::deviceDirectory());
+        Orvo::Emulator::DeviceConf conf;
+        if (!Orvo::Emulator::DeviceConf::loadCurrent(conf)) return SYSTEM_INFO_ERROR_IO_ERROR;
         const auto entry = conf.systemInfo.find(static_cast<int>(key));
         if (entry == conf.systemInfo.end()) return SYSTEM_INFO_ERROR_INVALID_PARAMETER;
         if (entry->second.type == SystemInfoValue::Type::Error) return entry->second.errorCode;

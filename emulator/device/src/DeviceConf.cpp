@@ -1,8 +1,11 @@
 #include "orvo/device/DeviceConf.h"
 
 #include "FileOps.h"
+#include "orvo/device/DeviceDirectory.h"
 #include "orvo/device/TextValues.h"
 
+#include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <mutex>
 #include <set>
@@ -102,8 +105,20 @@ bool parseEntry(const std::string& name, const std::string& value, DeviceConf& c
 DeviceConf DeviceConf::load(const std::string& deviceDir) {
     const std::string path = deviceDir + "/device.conf";
     std::string text;
-    if (!readFile(path, text, kMaxConfSize)) return DeviceConf();
+    if (!readFile(path, text, kMaxConfSize)) throw DeviceConfError(path + ": " + describeFileError(errno));
     return parse(text, path);
+}
+
+bool DeviceConf::loadCurrent(DeviceConf& out) {
+    char deviceDir[PATH_MAX];
+    if (!findDevice(deviceDir, sizeof deviceDir)) return false;
+    try {
+        out = load(deviceDir);
+        return true;
+    } catch (const DeviceConfError& e) {
+        reportOnce(e.what());
+        return false;
+    }
 }
 
 DeviceConf DeviceConf::parse(const std::string& text, const std::string& origin) {

@@ -1,8 +1,14 @@
 #include "orvo/device/DeviceDirectory.h"
 
 #include <array>
+#include <atomic>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <mutex>
+#include <set>
+
+#include <sys/stat.h>
 
 namespace Orvo {
 namespace Emulator {
@@ -12,6 +18,8 @@ namespace {
 using PathPieces = std::array<const char*, 3>;
 
 const char kDeviceSubdirectory[] = "/orvo-emulator/device";
+const char kDefaultProfile[] = "tv";
+const char kNoDeviceFormat[] = "no emulated device in %s (make one with: orvo-device create %s)";
 
 const char* environment(const char* name) {
     const char* value = std::getenv(name);
@@ -47,6 +55,45 @@ bool deviceDirectory(char* buffer, std::size_t size) {
 }
 
 std::string defaultDeviceDirectory() { return joined(defaultDirectoryPieces()); }
+
+std::string profileDeviceDirectory(const std::string& profile) {
+    return profile == kDefaultProfile ? defaultDeviceDirectory() : defaultDeviceDirectory() + "-" + profile;
+}
+
+bool isDevice(const char* dir) {
+    char conf[PATH_MAX];
+    const int length = std::snprintf(conf, sizeof conf, "%s/device.conf", dir);
+    struct stat status;
+    return length > 0 && static_cast<std::size_t>(length) < sizeof conf && ::lstat(conf, &status) == 0 &&
+           S_ISREG(status.st_mode);
+}
+
+std::string noDeviceMessage(const std::string& dir) {
+    std::string message(sizeof kNoDeviceFormat + 2 * dir.size(), '\0');
+    const int length = std::snprintf(&message[0], message.size(), kNoDeviceFormat, dir.c_str(), dir.c_str());
+    message.resize(static_cast<std::size_t>(length));
+    return message;
+}
+
+void reportOnce(const std::string& line) {
+    static std::mutex mutex;
+    static std::set<std::string> reported;
+    {
+        std::lock_guard<std::mutex> lock(mutex);
+        if (!reported.insert(line).second) return;
+    }
+    std::fprintf(stderr, "%s\n", line.c_str());
+}
+
+bool findDevice(char* buffer, std::size_t size) {
+    if (deviceDirectory(buffer, size) && isDevice(buffer)) return true;
+    static std::atomic<bool> reported{false};
+    if (!reported.exchange(true)) {
+        std::fprintf(stderr, kNoDeviceFormat, buffer, buffer);
+        std::fputc('\n', stderr);
+    }
+    return false;
+}
 
 } // namespace Emulator
 } // namespace Orvo

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <dirent.h>
@@ -87,44 +88,81 @@ void removeTemporaryFilesOfDeadWriters(const std::string& directory) {
 
 } // namespace
 
-bool makeDirectories(const std::string& path) {
-    std::string writable = path;
-    return makeDirectories(&writable[0]);
+std::string describeFileError(int error) {
+    if (error == kNotRegularFile) return "not a regular file";
+    if (error == EFBIG) return "larger than the limit";
+    if (error == ELOOP) return "a symbolic link (never followed)";
+    return std::strerror(error);
 }
 
-bool makeDirectories(char* path) {
-    if (*path == '\0') return false;
-    for (char* slash = std::strchr(path + 1, '/'); slash != nullptr; slash = std::strchr(slash + 1, '/')) {
-        *slash = '\0';
-        const bool made = ::mkdir(path, 0755) == 0 || errno == EEXIST;
-        *slash = '/';
-        if (!made) return false;
+int openRegularFile(const char* path, int flags, mode_t mode) {
+    // O_NONBLOCK: opening a FIFO without a writer would wait for one.
+    const int fd = ::open(path, flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, mode);
+    if (fd < 0) {
+        if (errno == ENXIO) errno = kNotRegularFile; // a socket, or a FIFO opened to write
+        return -1;
     }
     struct stat status;
-    return (::mkdir(path, 0755) == 0 || errno == EEXIST) && ::stat(path, &status) == 0 && S_ISDIR(status.st_mode);
+    const bool regular = ::fstat(fd, &status) == 0 && S_ISREG(status.st_mode);
+    if (!regular || ::fcntl(fd, F_SETFL, flags & O_APPEND) != 0) {
+        ::close(fd);
+        errno = regular ? errno : kNotRegularFile;
+        return -1;
+    }
+    return fd;
+}
+
+bool staysBeneath(const char* base, const char* path) {
+    const std::size_t baseLength = std::strlen(base);
+    if (std::strncmp(path, base, baseLength) != 0 || path[baseLength] != '/') return true;
+    char prefix[PATH_MAX];
+    for (const char* slash = std::strchr(path + baseLength + 1, '/'); slash != nullptr;
+         slash = std::strchr(slash + 1, '/')) {
+        const std::size_t length = static_cast<std::size_t>(slash - path);
+        if (length >= sizeof prefix) break;
+        std::memcpy(prefix, path, length);
+        prefix[length] = '\0';
+        struct stat status;
+        if (::lstat(prefix, &status) == 0 && S_ISLNK(status.st_mode)) {
+            errno = ELOOP;
+            return false;
+        }
+    }
+    return true;
+}
+
+bool makeDirectoriesBeneath(const std::string& base, const std::string& path) {
+    for (std::size_t slash = path.find('/', base.size() + 1);; slash = path.find('/', slash + 1)) {
+        const std::string directory = path.substr(0, slash);
+        if (::mkdir(directory.c_str(), 0755) != 0 && errno != EEXIST) return false;
+        if (slash == std::string::npos) return true;
+    }
 }
 
 bool readFile(const std::string& path, std::string& out, std::size_t maxBytes) {
-    Descriptor fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    Descriptor fd(openRegularFile(path.c_str(), O_RDONLY));
     if (fd.get() < 0) return false;
     std::string content;
     char buffer[8192];
-    while (content.size() < maxBytes) {
-        const std::size_t wanted = std::min(sizeof buffer, maxBytes - content.size());
-        const ssize_t got = ::read(fd.get(), buffer, wanted);
+    for (;;) {
+        const ssize_t got = ::read(fd.get(), buffer, sizeof buffer);
         if (got < 0) {
             if (errno == EINTR) continue;
             return false;
         }
         if (got == 0) break;
         content.append(buffer, static_cast<std::size_t>(got));
+        if (content.size() > maxBytes) {
+            errno = EFBIG;
+            return false;
+        }
     }
     out.swap(content);
     return true;
 }
 
 bool readFileFrom(const std::string& path, std::uint64_t& offset, std::string& out) {
-    Descriptor fd(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+    Descriptor fd(openRegularFile(path.c_str(), O_RDONLY));
     struct stat status;
     if (fd.get() < 0 || ::fstat(fd.get(), &status) != 0) return false;
     if (static_cast<std::uint64_t>(status.st_size) < offset) offset = 0;

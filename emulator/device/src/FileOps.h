@@ -1,25 +1,43 @@
 #pragma once
 // File primitives of the device directory: whole-file reads and crash-safe replacement.
 
+#include <cerrno>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
 
+#include <sys/types.h>
+
 namespace Orvo {
 namespace Emulator {
 
-// Creates path and its missing parents; another process creating them at the same time is fine.
-bool makeDirectories(const std::string& path);
-// The same without allocating: path is cut at each '/' in turn while its parents are made, and
-// left as it was.
-bool makeDirectories(char* path);
+// The errno of a path that is no regular file (a FIFO, socket, device node or directory).
+constexpr int kNotRegularFile = EMEDIUMTYPE;
 
-// Reads at most maxBytes of a file. Returns false with errno set when the file cannot be read.
+// What a failed read or open of the file primitives means, for messages: strerror, except for
+// kNotRegularFile, EFBIG (over the size limit) and ELOOP (a link, not followed).
+std::string describeFileError(int error);
+
+// Opens a regular file without following a link in its last component and without waiting on a
+// FIFO; the descriptor is blocking again when returned. -1 with errno set (kNotRegularFile for
+// any other kind of file, ELOOP for a link).
+int openRegularFile(const char* path, int flags, mode_t mode = 0);
+
+// False with errno ELOOP when a directory between base and the last component of path (path
+// begins with base + "/") is a symbolic link: such a path may lead out of base. Allocates nothing.
+bool staysBeneath(const char* base, const char* path);
+
+// Creates the directories of path below base (path begins with base + "/"), never base itself.
+// Returns false with errno set.
+bool makeDirectoriesBeneath(const std::string& base, const std::string& path);
+
+// Reads a whole regular file of at most maxBytes. Returns false with errno set when the file
+// cannot be read, is no regular file, or is larger (EFBIG): never a part of it.
 bool readFile(const std::string& path, std::string& out, std::size_t maxBytes);
 
-// Reads a file from offset to its end. A file now shorter than offset was truncated or replaced:
-// offset is reset to 0 and the whole file is read. Returns false when it cannot be opened.
+// Reads a regular file from offset to its end. A file now shorter than offset was truncated or
+// replaced: offset is reset to 0 and the whole file is read. Returns false when it cannot be read.
 bool readFileFrom(const std::string& path, std::uint64_t& offset, std::string& out);
 
 // Replaces path by a file holding content, all or nothing: a temporary file in the same

@@ -68,22 +68,41 @@ char* appendEscaped(char* out, const char* text, std::size_t length) {
     return out;
 }
 
-// Creates the directory of a log file: path is cut at its last '/' for the call.
+// Creates the log directory of a device that has none yet: path is cut at its last '/' for the call.
 bool makeLogDirectory(char* path) {
     char* const slash = std::strrchr(path, '/');
     *slash = '\0';
-    const bool made = makeDirectories(path);
+    const bool made = ::mkdir(path, 0755) == 0 || errno == EEXIST;
     *slash = '/';
     return made;
 }
 
+int openLogFile(char* path) {
+    const int flags = O_RDWR | O_APPEND | O_CREAT; // readable for endsInsideALine
+    int fd = openRegularFile(path, flags, 0644);
+    if (fd < 0 && errno == ENOENT && makeLogDirectory(path)) fd = openRegularFile(path, flags, 0644);
+    return fd;
+}
+
+// A file cut in the middle of a record (a crash, a full disk) does not end with a line feed.
+bool endsInsideALine(int fd) {
+    struct stat status;
+    char last = '\n';
+    return ::fstat(fd, &status) == 0 && status.st_size > 0 && ::pread(fd, &last, 1, status.st_size - 1) == 1 &&
+           last != '\n';
+}
+
 // One write(2): with O_APPEND the kernel places the whole record at the end of the file at once,
-// so records of concurrent writers never interleave.
-bool appendLine(char* path, const char* line, std::size_t size) {
-    int fd = ::open(path, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644);
-    if (fd < 0 && errno == ENOENT && makeLogDirectory(path))
-        fd = ::open(path, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0644);
+// so records of concurrent writers never interleave. The byte before line is free: it takes the
+// line feed that ends a cut record, so that the cut does not swallow this one.
+bool appendLine(const char* deviceDir, char* path, char* line, std::size_t size) {
+    if (!staysBeneath(deviceDir, path)) return false;
+    const int fd = openLogFile(path);
     if (fd < 0) return false;
+    if (endsInsideALine(fd)) {
+        *--line = '\n';
+        ++size;
+    }
     ssize_t written;
     do
         written = ::write(fd, line, size);
@@ -164,10 +183,12 @@ int appendLogRecord(const char* deviceDir, int buffer, int priority, const char*
     timespec now{};
     ::clock_gettime(CLOCK_REALTIME, &now);
     const std::size_t tagLength = std::strlen(tag);
-    const std::size_t lineSize = kHeadSize + escapedLength(tag, tagLength) + 1 + escapedLength(message, length) + 1;
-    char stackLine[kStackLineSize];
-    std::unique_ptr<char[]> heapLine(lineSize > sizeof stackLine ? new char[lineSize] : nullptr);
-    char* const line = heapLine ? heapLine.get() : stackLine;
+    // One byte before the line for appendLine.
+    const std::size_t bufferSize =
+        1 + kHeadSize + escapedLength(tag, tagLength) + 1 + escapedLength(message, length) + 1;
+    char stackBuffer[1 + kStackLineSize];
+    std::unique_ptr<char[]> heapBuffer(bufferSize > sizeof stackBuffer ? new char[bufferSize] : nullptr);
+    char* const line = (heapBuffer ? heapBuffer.get() : stackBuffer) + 1;
 
     char* end = line + std::snprintf(line, kHeadSize, "%lld.%09ld\t%d\t%ld\t%d\t", static_cast<long long>(now.tv_sec),
                                      static_cast<long>(now.tv_nsec), static_cast<int>(::getpid()),
@@ -176,7 +197,7 @@ int appendLogRecord(const char* deviceDir, int buffer, int priority, const char*
     *end++ = '\t';
     end = appendEscaped(end, message, length);
     *end++ = '\n';
-    return appendLine(path, line, static_cast<std::size_t>(end - line)) ? static_cast<int>(length) : -1;
+    return appendLine(deviceDir, path, line, static_cast<std::size_t>(end - line)) ? static_cast<int>(length) : -1;
 }
 
 bool parseLogRecord(const std::string& line, int buffer, LogRecord& out) {
@@ -200,7 +221,8 @@ std::vector<LogRecord> readLogRecords(const std::string& deviceDir, int buffer, 
     std::vector<LogRecord> records;
     char path[PATH_MAX];
     std::string content;
-    if (!formatLogPath(path, sizeof path, deviceDir.c_str(), buffer) || !readFileFrom(path, offset, content))
+    if (!formatLogPath(path, sizeof path, deviceDir.c_str(), buffer) || !staysBeneath(deviceDir.c_str(), path) ||
+        !readFileFrom(path, offset, content))
         return records;
     std::size_t start = 0;
     for (std::size_t end; (end = content.find('\n', start)) != std::string::npos; start = end + 1) {

@@ -111,6 +111,9 @@ bool isValidValue(const Setting& setting) {
 
 int errorFromErrno() {
     switch (errno) {
+    case kNotRegularFile:
+    case ELOOP:
+        return VCONF_ERROR_FILE_OPEN;
     case ENOENT:
     case ENOTDIR:
         return VCONF_ERROR_FILE_NO_ENT;
@@ -148,15 +151,16 @@ int readSetting(const std::string& deviceDir, const std::string& key, Setting& o
     if (!hasKnownPrefix(key)) return VCONF_ERROR_WRONG_PREFIX;
     // The longest valid file is the longest type name, a line feed and the longest value.
     const std::size_t maxFileSize = kMaxSettingValueLength + 8;
+    const std::string path = settingPath(deviceDir, key);
     std::string content;
-    if (!readFile(settingPath(deviceDir, key), content, maxFileSize + 1)) return errorFromErrno();
+    if (!staysBeneath(deviceDir.c_str(), path.c_str())) return errorFromErrno();
+    if (!readFile(path, content, maxFileSize)) return errno == EFBIG ? VCONF_ERROR_FILE_FREAD : errorFromErrno();
     const std::size_t lineFeed = content.find('\n');
     Setting setting;
-    if (content.size() > maxFileSize || lineFeed == std::string::npos ||
-        !parseType(content.substr(0, lineFeed), setting.type))
-        return VCONF_ERROR;
+    if (lineFeed == std::string::npos || !parseType(content.substr(0, lineFeed), setting.type))
+        return VCONF_ERROR_FILE_FREAD;
     setting.value = content.substr(lineFeed + 1);
-    if (!isValidValue(setting)) return VCONF_ERROR;
+    if (!isValidValue(setting)) return VCONF_ERROR_FILE_FREAD;
     out = setting;
     return VCONF_OK;
 }
@@ -164,16 +168,19 @@ int readSetting(const std::string& deviceDir, const std::string& key, Setting& o
 int writeSetting(const std::string& deviceDir, const std::string& key, const Setting& setting) {
     if (!hasKnownPrefix(key)) return VCONF_ERROR_WRONG_PREFIX;
     if (!isValidValue(setting)) return VCONF_ERROR_WRONG_VALUE;
-    const std::string directory = settingsDirectoryFor(deviceDir, key);
-    if (!makeDirectories(directory)) return errorFromErrno();
+    const std::string path = settingPath(deviceDir, key);
+    if (!makeDirectoriesBeneath(deviceDir, settingsDirectoryFor(deviceDir, key)) ||
+        !staysBeneath(deviceDir.c_str(), path.c_str()))
+        return errorFromErrno();
     const std::string content = std::string(settingTypeName(setting.type)) + "\n" + setting.value;
-    if (!replaceFileAtomically(directory + "/" + encodeKey(key), content)) return errorFromErrno();
+    if (!replaceFileAtomically(path, content)) return errorFromErrno();
     return VCONF_OK;
 }
 
 int removeSetting(const std::string& deviceDir, const std::string& key) {
     if (!hasKnownPrefix(key)) return VCONF_ERROR_WRONG_PREFIX;
-    if (!removeFileDurably(settingPath(deviceDir, key))) return errorFromErrno();
+    const std::string path = settingPath(deviceDir, key);
+    if (!staysBeneath(deviceDir.c_str(), path.c_str()) || !removeFileDurably(path)) return errorFromErrno();
     return VCONF_OK;
 }
 
@@ -191,10 +198,14 @@ std::vector<std::string> listSettings(const std::string& deviceDir) {
     return keys;
 }
 
-void clearVolatileSettings(const std::string& deviceDir) {
+bool clearVolatileSettings(const std::string& deviceDir) {
     const std::string directory = volatileDirectory(deviceDir);
+    const std::string anyEntry = directory + "/";
+    if (!staysBeneath(deviceDir.c_str(), anyEntry.c_str())) return false;
+    // The temporary file of a writer that is running now becomes its key when renamed.
     for (const std::string& name : listDirectory(directory))
-        ::unlink((directory + "/" + name).c_str());
+        if (!isTemporaryFileName(name)) ::unlink((directory + "/" + name).c_str());
+    return true;
 }
 
 } // namespace Emulator

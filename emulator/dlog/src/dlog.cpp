@@ -27,7 +27,7 @@ int __dlog_vprint(log_id_t log_id, int prio, const char* tag, const char* fmt, v
     if (formatted < 0) return DLOG_ERROR_INVALID_PARAMETER;
     const std::size_t length = std::min<std::size_t>(static_cast<std::size_t>(formatted), DLOG_MAX_MESSAGE_LENGTH);
     char deviceDir[PATH_MAX];
-    if (!Orvo::Emulator::deviceDirectory(deviceDir, sizeof deviceDir)) return DLOG_ERROR_NOT_PERMITTED;
+    if (!Orvo::Emulator::findDevice(deviceDir, sizeof deviceDir)) return DLOG_ERROR_NOT_PERMITTED;
     try {
         const int written = Orvo::Emulator::appendLogRecord(deviceDir, log_id, prio, tag, message, length);
         return written < 0 ? DLOG_ERROR_NOT_PERMITTED : written;

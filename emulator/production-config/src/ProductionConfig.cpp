@@ -3,13 +3,16 @@
 #pragma GCC visibility pop
 
 #include "orvo/device/DeviceConf.h"
-#include "orvo/device/DeviceDirectory.h"
 
 namespace Orvo {
 namespace Common {
 namespace Debug {
 
-bool isProduction() { return Orvo::Emulator::DeviceConf::load(Orvo::Emulator::deviceDirectory()).production; }
+// Without a readable device there is no production mode to report (the reason is on stderr).
+bool isProduction() {
+    Orvo::Emulator::DeviceConf conf;
+    return Orvo::Emulator::DeviceConf::loadCurrent(conf) && conf.production;
+}
 
 } // namespace Debug
 } // namespace Common

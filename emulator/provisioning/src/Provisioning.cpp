@@ -22,9 +22,8 @@ namespace {
 const char* const kDefaultProfile = "tv";
 
 fs::path profileDirectory(const std::string& dataDir, const std::string& profile) {
-    const bool plainName = !profile.empty() && profile[0] != '.' && profile.find('/') == std::string::npos;
     const fs::path dir = fs::path(dataDir) / "profiles" / profile;
-    if (!plainName || !fs::is_regular_file(dir / "device.conf")) {
+    if (!isProfileName(profile) || !fs::is_regular_file(dir / "device.conf")) {
         std::string known;
         for (const std::string& name : listProfiles(dataDir)) {
             known += (known.empty() ? "" : ", ") + name;
@@ -36,9 +35,23 @@ fs::path profileDirectory(const std::string& dataDir, const std::string& profile
 }
 
 void requireDevice(const std::string& deviceDir) {
-    if (!fs::is_regular_file(fs::path(deviceDir) / "device.conf")) {
-        throw std::runtime_error(deviceDir + " is not a device directory (no device.conf)");
+    if (!isDevice(deviceDir.c_str())) {
+        throw std::runtime_error(noDeviceMessage(deviceDir));
     }
+}
+
+// Fills a new directory with the profile's device.
+void buildDevice(const fs::path& target, const fs::path& source) {
+    fs::create_directory(target);
+    fs::create_directory(target / "rootfs");
+    if (fs::is_directory(source / "rootfs")) {
+        fs::copy(source / "rootfs", target / "rootfs", fs::copy_options::recursive | fs::copy_options::copy_symlinks);
+    }
+    fs::create_directories(target / "vconf");
+    fs::create_directories(target / "run" / "vconf");
+    fs::create_directories(target / "log");
+    fs::copy_file(source / "device.conf", target / "device.conf");
+    applyProfileSettings(target.string(), source.string());
 }
 
 void emptyDirectory(const fs::path& dir, std::error_code& error) {
@@ -74,30 +87,34 @@ std::set<fs::path> sandboxDirectoriesAndParents(const std::string& deviceDir) {
 
 } // namespace
 
+bool isProfileName(const std::string& profile) {
+    return !profile.empty() && profile[0] != '.' && profile.find('/') == std::string::npos;
+}
+
 void createDevice(const std::string& deviceDir, const std::string& dataDir, const std::string& profile) {
     const fs::path source = profileDirectory(dataDir, profile);
-    const fs::path target(deviceDir);
+    fs::path target = fs::path(deviceDir).lexically_normal();
+    if (!target.has_filename()) target = target.parent_path();
     std::error_code error;
-    const bool existed = fs::exists(target, error);
-    if (existed && !fs::is_empty(target, error)) {
+    if (fs::exists(target, error) && !fs::is_empty(target, error)) {
         throw std::runtime_error(deviceDir + " already exists and is not empty");
     }
-    // A device is whole or absent: a failure part-way removes what was made.
+    // A device is whole or absent, even when this process is killed: it is built aside and
+    // renamed into place (rename replaces an empty directory).
+    const fs::path staging =
+        target.parent_path() / ("." + target.filename().string() + ".new-" + std::to_string(::getpid()));
     try {
-        fs::create_directories(target);
-        fs::copy_file(source / "device.conf", target / "device.conf");
-        fs::create_directory(target / "rootfs");
-        if (fs::is_directory(source / "rootfs")) {
-            fs::copy(source / "rootfs", target / "rootfs",
-                     fs::copy_options::recursive | fs::copy_options::copy_symlinks);
-        }
-        fs::create_directories(target / "vconf");
-        fs::create_directories(target / "run" / "vconf");
-        fs::create_directories(target / "log");
-        applyProfileSettings(deviceDir, source.string());
+        if (!target.parent_path().empty()) fs::create_directories(target.parent_path());
+        fs::remove_all(staging);
+        buildDevice(staging, source);
+        fs::rename(staging, target);
     } catch (const std::exception& e) {
-        existed ? emptyDirectory(target, error) : static_cast<void>(fs::remove_all(target, error));
+        fs::remove_all(staging, error);
         const auto* fsError = dynamic_cast<const fs::filesystem_error*>(&e);
+        if (fsError != nullptr &&
+            (fsError->code() == std::errc::directory_not_empty || fsError->code() == std::errc::file_exists)) {
+            throw std::runtime_error(deviceDir + " already exists and is not empty");
+        }
         throw std::runtime_error("cannot create device " + deviceDir + ": " +
                                  (fsError != nullptr ? fsError->code().message() : e.what()));
     }
@@ -128,6 +145,9 @@ void resetDeviceToProfile(const std::string& deviceDir, const std::string& dataD
 void resetDeviceState(const std::string& deviceDir, const std::string& dataDir, const std::string& profile) {
     const fs::path source = profileDirectory(dataDir, profile);
     requireDevice(deviceDir);
+    if (fs::is_symlink(fs::path(deviceDir) / "log")) {
+        throw std::runtime_error(deviceDir + "/log leads out of the device (a symbolic link); nothing removed");
+    }
     for (const std::string& key : listSettings(deviceDir)) {
         removeSetting(deviceDir, key);
     }
@@ -140,28 +160,27 @@ void resetDeviceState(const std::string& deviceDir, const std::string& dataDir, 
 }
 
 std::string toolDeviceDirectory() {
+    const std::string dir = deviceDirectory();
+    if (isDevice(dir.c_str())) {
+        return dir;
+    }
     // Only the default device is made on first use; one named by the environment is the caller's.
-    const fs::path dir = deviceDirectory();
-    if (dir != defaultDeviceDirectory() || fs::exists(dir / "device.conf")) {
-        return dir.string();
+    if (dir != defaultDeviceDirectory()) {
+        throw std::runtime_error("ORVO_DEVICE_DIR: " + noDeviceMessage(dir));
     }
-    // Built aside and renamed into place, so that tools started together never see half a device.
-    std::error_code error;
-    fs::create_directories(dir.parent_path(), error);
-    const fs::path staging = dir.string() + ".new-" + std::to_string(::getpid());
-    fs::remove_all(staging, error);
-    createDevice(staging.string(), emulatorDataDirectory(), kDefaultProfile);
-    fs::rename(staging, dir, error);
-    if (error) {
-        fs::remove_all(staging);
-        requireDevice(dir.string());
+    try {
+        createDevice(dir, emulatorDataDirectory(), kDefaultProfile);
+    } catch (const std::exception&) {
+        if (!isDevice(dir.c_str())) throw; // else a tool started at the same time made it
     }
-    return dir.string();
+    return dir;
 }
 
 void rebootDevice(const std::string& deviceDir) {
     requireDevice(deviceDir);
-    clearVolatileSettings(deviceDir);
+    if (!clearVolatileSettings(deviceDir)) {
+        throw std::runtime_error(deviceDir + "/run/vconf leads out of the device (a symbolic link); nothing removed");
+    }
 }
 
 } // namespace Emulator

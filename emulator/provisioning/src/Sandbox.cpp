@@ -4,6 +4,7 @@
 #include "orvo/device/Device.h"
 
 #include "orvo/device/DeviceConf.h"
+#include "orvo/device/DeviceDirectory.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -11,6 +12,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <system_error>
 
@@ -23,6 +25,12 @@ namespace fs = std::filesystem;
 namespace Orvo {
 namespace Emulator {
 namespace {
+
+// The paths a television's system reads and writes: the device's whatever its device.conf says.
+const char* const kDevicePaths[] = {"/common",     "/mnt/systemrw",     "/mnt/backup",          "/usr/share/orvotv",
+                                    "/opt/orvotv", "/opt/share/orvotv", "/opt/usr/data/orvotv", "/usr/apps/orvotv"};
+
+const char kNamespaceHint[] = " (the device sandbox needs root or unprivileged user namespaces)";
 
 [[noreturn]] void fail(const std::string& what, int error) {
     throw std::runtime_error(what + ": " + std::strerror(error));
@@ -40,7 +48,7 @@ void writeProcFile(const std::string& path, const std::string& text) {
 void enterMountNamespace() {
     if (::geteuid() == 0) {
         if (::unshare(CLONE_NEWNS) != 0) {
-            fail("cannot create a mount namespace", errno);
+            fail(std::string("cannot create a mount namespace") + kNamespaceHint, errno);
         }
         return;
     }
@@ -49,20 +57,35 @@ void enterMountNamespace() {
     const uid_t uid = ::getuid();
     const gid_t gid = ::getgid();
     if (::unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) {
-        fail("cannot create a user and mount namespace", errno);
+        fail(std::string("cannot create a user and mount namespace") + kNamespaceHint, errno);
     }
     writeProcFile("/proc/self/setgroups", "deny");
     writeProcFile("/proc/self/uid_map", std::to_string(uid) + " " + std::to_string(uid) + " 1");
     writeProcFile("/proc/self/gid_map", std::to_string(gid) + " " + std::to_string(gid) + " 1");
 }
 
-void bindDevicePath(const fs::path& rootfs, const std::string& path) {
-    const fs::path source = rootfs / fs::path(path).relative_path();
+// A link in the device's rootfs would bind a directory of the host instead of the device's.
+void requireNoLinkBelow(const fs::path& device, const fs::path& source) {
+    fs::path walked = device;
+    for (const fs::path& part : source.lexically_relative(device)) {
+        walked /= part;
+        if (fs::is_symlink(walked)) {
+            throw std::runtime_error(walked.string() +
+                                     " is a symbolic link: it may lead out of the device, so "
+                                     "it is not mounted");
+        }
+    }
+}
+
+void bindDevicePath(const fs::path& device, const std::string& path) {
+    const fs::path source = device / "rootfs" / fs::path(path).relative_path();
+    requireNoLinkBelow(device, source);
     std::error_code error;
     fs::create_directories(source, error);
     if (error) {
         throw std::runtime_error("cannot create " + source.string() + ": " + error.message());
     }
+    requireNoLinkBelow(device, source);
     if (!fs::is_directory(path)) {
         if (::geteuid() != 0) {
             throw std::runtime_error("mount point " + path + " is missing on this machine and only root can create it");
@@ -80,7 +103,8 @@ void bindDevicePath(const fs::path& rootfs, const std::string& path) {
 } // namespace
 
 std::vector<std::string> sandboxPaths(const std::string& deviceDir) {
-    std::vector<std::string> paths = {"/common", "/mnt/systemrw", "/mnt/backup"};
+    std::vector<std::string> paths(std::begin(kDevicePaths), std::end(kDevicePaths));
+    // A device may name roots of its own; the system's directories under them are the device's too.
     for (const auto& root : DeviceConf::load(deviceDir).tzplatform) {
         // Only the system's own directory under a root: never the shared root itself.
         const fs::path rootPath = fs::path(root.second).lexically_normal();
@@ -97,8 +121,8 @@ std::vector<std::string> sandboxPaths(const std::string& deviceDir) {
 void enterSandbox(const std::string& deviceDir) {
     std::error_code error;
     const fs::path device = fs::canonical(deviceDir, error);
-    if (error || !fs::is_regular_file(device / "device.conf")) {
-        throw std::runtime_error(deviceDir + " is not a device directory (no device.conf)");
+    if (error || !isDevice(device.c_str())) {
+        throw std::runtime_error(noDeviceMessage(deviceDir));
     }
     const std::vector<std::string> paths = sandboxPaths(device.string());
     enterMountNamespace();
@@ -107,7 +131,7 @@ void enterSandbox(const std::string& deviceDir) {
         fail("cannot make the mount tree private", errno);
     }
     for (const std::string& path : paths) {
-        bindDevicePath(device / "rootfs", path);
+        bindDevicePath(device, path);
     }
     if (::setenv("ORVO_DEVICE_DIR", device.c_str(), 1) != 0) {
         fail("cannot set ORVO_DEVICE_DIR", errno);

@@ -5,7 +5,6 @@
 #pragma GCC visibility pop
 
 #include "orvo/device/DeviceConf.h"
-#include "orvo/device/DeviceDirectory.h"
 
 #include <mutex>
 #include <new>
@@ -29,7 +28,8 @@ const char* intern(const std::string& text) {
 
 extern "C" const char* tzplatform_getenv(enum tzplatform_variable id) {
     try {
-        const Orvo::Emulator::DeviceConf conf = Orvo::Emulator::DeviceConf::load(Orvo::Emulator::deviceDirectory());
+        Orvo::Emulator::DeviceConf conf;
+        if (!Orvo::Emulator::DeviceConf::loadCurrent(conf)) return nullptr;
         const auto entry = conf.tzplatform.find(static_cast<int>(id));
         return entry == conf.tzplatform.end() ? nullptr : intern(entry->second);
     } catch (const std::bad_alloc&) {

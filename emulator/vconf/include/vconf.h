@@ -23,6 +23,8 @@ extern "C" {
 #define VCONF_ERROR_FILE_BUSY -12
 #define VCONF_ERROR_FILE_NO_MEM -13
 #define VCONF_ERROR_FILE_NO_ENT -14
+#define VCONF_ERROR_FILE_OPEN -21
+#define VCONF_ERROR_FILE_FREAD -27
 #define VCONF_ERROR_NOT_SUPPORTED -33
 
 /* A set creates a missing key; a set with another type replaces the key with the new type. */

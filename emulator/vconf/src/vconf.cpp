@@ -8,6 +8,7 @@
 #include "orvo/device/SettingsStore.h"
 #include "orvo/device/TextValues.h"
 
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -32,10 +33,19 @@ int run(Operation operation) {
     return lastError == VCONF_OK ? 0 : -1;
 }
 
+// The settings store of the current device; VCONF_ERROR_NOT_INITIALIZED where there is none.
+template <typename Operation>
+int onDevice(Operation operation) {
+    char deviceDir[PATH_MAX];
+    if (!Orvo::Emulator::findDevice(deviceDir, sizeof deviceDir)) return VCONF_ERROR_NOT_INITIALIZED;
+    return operation(std::string(deviceDir));
+}
+
 int readTyped(const char* key, SettingType type, Setting& out) {
     if (key == nullptr) return VCONF_ERROR;
     Setting setting;
-    const int result = Orvo::Emulator::readSetting(Orvo::Emulator::deviceDirectory(), key, setting);
+    const int result =
+        onDevice([&](const std::string& deviceDir) { return Orvo::Emulator::readSetting(deviceDir, key, setting); });
     if (result != VCONF_OK) return result;
     if (setting.type != type) return VCONF_ERROR_WRONG_TYPE;
     out = setting;
@@ -47,7 +57,8 @@ int writeTyped(const char* key, SettingType type, const std::string& value) {
     Setting setting;
     setting.type = type;
     setting.value = value;
-    return Orvo::Emulator::writeSetting(Orvo::Emulator::deviceDirectory(), key, setting);
+    return onDevice(
+        [&](const std::string& deviceDir) { return Orvo::Emulator::writeSetting(deviceDir, key, setting); });
 }
 
 // The settings store has validated the text of an int or bool before handing it out.
@@ -107,8 +118,8 @@ char* vconf_get_str(const char* in_key) {
 
 int vconf_unset(const char* in_key) {
     return run([&] {
-        return in_key == nullptr ? VCONF_ERROR
-                                 : Orvo::Emulator::removeSetting(Orvo::Emulator::deviceDirectory(), in_key);
+        if (in_key == nullptr) return VCONF_ERROR;
+        return onDevice([&](const std::string& deviceDir) { return Orvo::Emulator::removeSetting(deviceDir, in_key); });
     });
 }
 

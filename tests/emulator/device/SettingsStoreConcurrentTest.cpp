@@ -68,3 +68,17 @@ TEST(SettingsStoreConcurrentTest, WritersInSeveralProcessesNeverExposeATornValue
     for (int status = -1; ::wait(&status) > 0;)
         EXPECT_EQ(0, status);
 }
+
+TEST(SettingsStoreConcurrentTest, ARebootDoesNotFailWritersOfVolatileKeys) {
+    Orvo::Testing::TemporaryDirectory device;
+    const std::vector<std::string> keys = {"memory/orvo/a", "memory/orvo/b"};
+    std::vector<pid_t> writers;
+    for (int id = 0; id < 3; ++id)
+        writers.push_back(startWriter(device.path(), keys, 150, id));
+    for (int reboot = 0; reboot < 400; ++reboot) {
+        ASSERT_TRUE(clearVolatileSettings(device.path()));
+        ::usleep(200);
+    }
+    for (const pid_t writer : writers)
+        EXPECT_EQ(0, finish(writer)) << "a write failed while the device rebooted";
+}

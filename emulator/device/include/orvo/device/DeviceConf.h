@@ -3,6 +3,7 @@
 // Read afresh by every platform call; never cached.
 
 #include <map>
+#include <stdexcept>
 #include <string>
 
 namespace Orvo {
@@ -18,14 +19,24 @@ struct SystemInfoValue {
     int errorCode = 0;       // Error: every read of the key fails with this result
 };
 
+// device.conf cannot be read: missing, unreadable, no regular file, or over the size limit.
+// The message is one line that names the file.
+struct DeviceConfError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
 struct DeviceConf {
     std::map<int, SystemInfoValue> systemInfo;
     std::map<int, std::string> tzplatform;
     bool production = false;
 
-    // Parses <deviceDir>/device.conf. A missing file is an empty configuration. A malformed
-    // line is reported on standard error with its line number, once per process, and skipped.
+    // Parses <deviceDir>/device.conf; throws DeviceConfError when it cannot be read whole. A
+    // malformed line is reported on standard error with its line number, once per process, and
+    // skipped.
     static DeviceConf load(const std::string& deviceDir);
+    // For the substitute libraries: the configuration of the current device (findDevice()).
+    // False, with the reason reported on standard error once, when there is none to read.
+    static bool loadCurrent(DeviceConf& out);
     // Parses text as if it were device.conf; `origin` names it in reports.
     static DeviceConf parse(const std::string& text, const std::string& origin);
 };

@@ -2,7 +2,9 @@
 // The vconf settings of a device: persistent keys ("db/", "file/") under <device>/vconf/,
 // volatile keys ("memory/") under <device>/run/vconf/. Every write is all or nothing (temporary
 // file, fsync, rename) and safe against concurrent writers in several processes.
-// Results are the VCONF_* codes of vconf.h.
+// Results are the VCONF_* codes of vconf.h; besides the platform's, VCONF_ERROR_FILE_OPEN is a
+// setting file that is no regular file or lies behind a link, VCONF_ERROR_FILE_FREAD a setting
+// file whose content is no setting (corrupt).
 
 #include <string>
 #include <vector>
@@ -29,8 +31,9 @@ int removeSetting(const std::string& deviceDir, const std::string& key);
 // All keys that currently hold a value, sorted.
 std::vector<std::string> listSettings(const std::string& deviceDir);
 
-// Drops every volatile ("memory/") key, as a reboot does.
-void clearVolatileSettings(const std::string& deviceDir);
+// Drops every volatile ("memory/") key, as a reboot does; writes in progress stay whole. False,
+// with errno ELOOP and nothing removed, when the volatile directory lies behind a link.
+bool clearVolatileSettings(const std::string& deviceDir);
 
 } // namespace Emulator
 } // namespace Orvo
