@@ -83,8 +83,8 @@ Arguments canonicalArguments(const std::string& command, const Arguments& args, 
     Arguments options;
     const Arguments operands = Orvo::Tools::parseCommandLine(
         args, command == "run" ? "+h" : "h", longOptions, [&](int option, const char* value) {
-            const bool belongs =
-                option == 'h' || (option == kProfile && command == "create") || (option == kDevice && command == "run");
+            const bool belongs = option == 'h' || (option == kProfile && (command == "create" || command == "path")) ||
+                                 (option == kDevice && command == "run");
             if (!belongs)
                 throw Orvo::Tools::UsageError(std::string("unknown option --") +
                                               (option == kProfile ? "profile" : "device"));

@@ -18,6 +18,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -66,10 +67,14 @@ std::string describeVconfError(int code, int savedErrno) {
         return "out of memory";
     case VCONF_ERROR_NOT_INITIALIZED:
         return "there is no device (make one with orvo-device create)";
-    default:
-        if (savedErrno == ENAMETOOLONG) return "the key is too long for the device (its file name is over 255 bytes)";
+    case VCONF_ERROR_FILE_FREAD:
         return "the setting's file is corrupt (not type, line feed and value as vconf writes it); "
                "set the key again or unset it";
+    case VCONF_ERROR_FILE_OPEN:
+        return "the setting's file is a link or a special file, which the device never follows";
+    default:
+        if (savedErrno == ENAMETOOLONG) return "the key is too long for the device (its file name is over 255 bytes)";
+        return "vconf error " + std::to_string(code) + " (" + std::strerror(savedErrno) + ")";
     }
 }
 
