@@ -11,6 +11,7 @@
 #include <ctime>
 #include <fcntl.h>
 #include <memory>
+#include <stdexcept>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -221,9 +222,11 @@ std::vector<LogRecord> readLogRecords(const std::string& deviceDir, int buffer, 
     std::vector<LogRecord> records;
     char path[PATH_MAX];
     std::string content;
-    if (!formatLogPath(path, sizeof path, deviceDir.c_str(), buffer) || !staysBeneath(deviceDir.c_str(), path) ||
-        !readFileFrom(path, offset, content))
-        return records;
+    if (!formatLogPath(path, sizeof path, deviceDir.c_str(), buffer)) return records;
+    if (!staysBeneath(deviceDir.c_str(), path) || !readFileFrom(path, offset, content)) {
+        if (errno == ENOENT) return records; // nothing logged to this buffer yet
+        throw std::runtime_error(std::string(path) + ": " + describeFileError(errno));
+    }
     std::size_t start = 0;
     for (std::size_t end; (end = content.find('\n', start)) != std::string::npos; start = end + 1) {
         LogRecord record;
@@ -236,28 +239,22 @@ std::vector<LogRecord> readLogRecords(const std::string& deviceDir, int buffer, 
 
 namespace {
 
-// The buffer's file opened without following a link or blocking on a FIFO; -1 with errno set,
-// ENOENT for a missing file, EINVAL for one that is no regular file.
-int openLogFile(const std::string& deviceDir, int buffer, int flags) {
+// The buffer's file, opened as every device file is (no link followed, no FIFO waited on);
+// -1 with errno set, ENOENT for a buffer nothing was logged to.
+int openExistingLogFile(const std::string& deviceDir, int buffer, int flags) {
     char path[PATH_MAX];
     if (!formatLogPath(path, sizeof path, deviceDir.c_str(), buffer)) {
         errno = EINVAL;
         return -1;
     }
-    const int fd = ::open(path, flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-    struct stat status {};
-    if (fd >= 0 && (::fstat(fd, &status) != 0 || !S_ISREG(status.st_mode))) {
-        ::close(fd);
-        errno = EINVAL;
-        return -1;
-    }
-    return fd;
+    if (!staysBeneath(deviceDir.c_str(), path)) return -1;
+    return openRegularFile(path, flags);
 }
 
 } // namespace
 
 bool clearLogBuffer(const std::string& deviceDir, int buffer) {
-    const int fd = openLogFile(deviceDir, buffer, O_WRONLY);
+    const int fd = openExistingLogFile(deviceDir, buffer, O_WRONLY);
     if (fd < 0) return errno == ENOENT;
     const bool cleared = ::ftruncate(fd, 0) == 0;
     ::close(fd);
@@ -266,7 +263,7 @@ bool clearLogBuffer(const std::string& deviceDir, int buffer) {
 
 bool logBufferSize(const std::string& deviceDir, int buffer, std::uint64_t& size) {
     size = 0;
-    const int fd = openLogFile(deviceDir, buffer, O_RDONLY);
+    const int fd = openExistingLogFile(deviceDir, buffer, O_RDONLY);
     if (fd < 0) return errno == ENOENT;
     struct stat status {};
     const bool known = ::fstat(fd, &status) == 0;

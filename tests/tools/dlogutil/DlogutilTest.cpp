@@ -4,7 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <fstream>
+#include <functional>
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 using Lines = std::vector<std::pair<std::string, std::string>>; // buffer, line of its log file
 
@@ -189,5 +194,22 @@ TEST(Dlogutil, InvalidArgumentsAreOneLineErrors) {
         EXPECT_NE(0, result.exitCode) << args.back();
         EXPECT_EQ(0u, result.err.find("dlogutil: ")) << result.err;
         EXPECT_EQ(1, std::count(result.err.begin(), result.err.end(), '\n')) << result.out << result.err;
+    }
+}
+
+TEST(Dlogutil, ALinkOrFifoWhereALogBelongsIsAnErrorNotAnEmptyLog) {
+    const LoggedDevice logged({{"main", record("1.000000000", 4, "T", "kept")}});
+    const std::string log = logged.device.dir() + "/log/system.log";
+    const std::vector<std::pair<std::string, std::function<int()>>> cases = {
+        {"a link", [&] { return ::symlink((logged.device.dir() + "/log/main.log").c_str(), log.c_str()); }},
+        {"a FIFO", [&] { return ::mkfifo(log.c_str(), 0644); }}};
+    for (const auto& [what, make] : cases) {
+        std::remove(log.c_str());
+        ASSERT_EQ(0, make()) << what;
+        for (const std::vector<std::string>& args : std::vector<std::vector<std::string>>{{"-d"}, {"-t", "1"}}) {
+            const auto result = dlogutil(args);
+            EXPECT_EQ(1, result.exitCode) << what;
+            EXPECT_EQ(0u, result.err.find("dlogutil: " + log + ": ")) << what << ": " << result.err;
+        }
     }
 }

@@ -39,14 +39,16 @@ int appendLogRecord(const std::string& deviceDir, int buffer, int priority, cons
 int appendLogRecord(const char* deviceDir, int buffer, int priority, const char* tag, const char* message,
                     std::size_t length);
 
-// Every well-formed record of one buffer, in file order. Malformed lines are skipped.
+// Every well-formed record of one buffer, in file order. Malformed lines are skipped; a buffer
+// nothing was logged to has none. A buffer file that cannot be read (a link, a special file, an
+// I/O error) throws std::runtime_error naming the file and the reason: never read as empty.
 std::vector<LogRecord> readLogRecords(const std::string& deviceDir, int buffer);
 // The same from byte offset on, for readers that follow a buffer: offset moves past the last
 // complete line read (back to the start when the file was truncated).
 std::vector<LogRecord> readLogRecords(const std::string& deviceDir, int buffer, std::uint64_t& offset);
 
 // Empties one buffer (a missing one is empty already); false with errno set on failure. A link or
-// special file in place of the buffer's file is refused (ELOOP, EINVAL), never followed.
+// special file in place of the buffer's file is refused, never followed.
 bool clearLogBuffer(const std::string& deviceDir, int buffer);
 // The bytes one buffer holds (0 for a missing one); false with errno set on failure.
 bool logBufferSize(const std::string& deviceDir, int buffer, std::uint64_t& size);
