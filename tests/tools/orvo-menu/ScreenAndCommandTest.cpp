@@ -72,20 +72,4 @@ TEST(OrvoMenuOptions, RejectsMisuse) {
         EXPECT_THROW(parseOptions(misuse), UsageError) << misuse.back();
 }
 
-TEST(OrvoMenuOptions, TakeOptionsAnywhereWithEqualsAndAfterTheEndOfOptions) {
-    const std::vector<std::vector<std::string>> spellings = {
-        {"--width", "50", "--language", "de", "script", "show"},
-        {"script", "--width=50", "show", "--language=de"},
-        {"--language=de", "script", "--width", "50", "--", "show"},
-    };
-    for (const auto& spelling : spellings) {
-        const Options options = parseOptions(spelling);
-        EXPECT_EQ(options.command, "script");
-        EXPECT_EQ(options.arguments, std::vector<std::string>{"show"});
-        EXPECT_EQ(options.width, 50u);
-        EXPECT_EQ(options.language, "de");
-    }
-    EXPECT_EQ(parseOptions({"script", "--", "--json"}).arguments, std::vector<std::string>{"--json"});
-}
-
 } // namespace Orvo::Tools::MenuHost
