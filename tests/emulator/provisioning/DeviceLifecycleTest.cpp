@@ -191,7 +191,9 @@ TEST_F(Lifecycle, TheScriptAndTheToolsFollowOneDeviceDirectoryRule) {
     EXPECT_EQ(device + "-pane\n", orvoDevice({"path", "--profile", "pane"}, env).out);
     EXPECT_EQ(2, orvoDevice({"path", "--profile", "../x"}, env).exitCode);
     // The tools' default device is the one that path names, made on first use.
-    const ProcessResult run = orvoDevice({"run", "--", "sh", "-c", "echo $ORVO_DEVICE_DIR"}, env);
+    const ProcessResult run =
+        orvoDevice({"run", "--", "sh", "-c", "echo on > /mnt/backup/mark; echo $ORVO_DEVICE_DIR"}, env);
     EXPECT_EQ(device + "\n", run.out) << run.err;
-    EXPECT_TRUE(fs::is_regular_file(device + "/device.conf"));
+    EXPECT_EQ("on\n", orvoDevice({"run", "--", "cat", "/mnt/backup/mark"}, env).out) << "the default device persists";
+    EXPECT_EQ(1, std::distance(fs::directory_iterator(state + "/orvo-emulator"), {})) << "no staging left";
 }

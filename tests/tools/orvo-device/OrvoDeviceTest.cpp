@@ -6,7 +6,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 
 namespace fs = std::filesystem;
 using namespace Orvo::Emulator;
@@ -60,7 +59,7 @@ TEST_F(OrvoDevice, RebootClearsMemoryKeysAndKeepsDbKeys) {
     EXPECT_NE(readSetting(tv, "memory/orvo/lost", setting), 0);
 }
 
-TEST_F(OrvoDevice, RunShowsTheDevicesFilesKeepsItsWritesPassesTheExitStatusAndDefaultsToTheUsersDevice) {
+TEST_F(OrvoDevice, RunShowsTheDevicesFilesKeepsItsWritesAndPassesTheExitStatus) {
     const std::string probe = "probe-" + fs::path(temporary.path()).filename().string();
     const std::vector<std::string> paths = {"/mnt/systemrw/orvotv/", "/common/", "/usr/share/orvotv/",
                                             "/opt/usr/data/orvotv/"};
@@ -77,31 +76,10 @@ TEST_F(OrvoDevice, RunShowsTheDevicesFilesKeepsItsWritesPassesTheExitStatusAndDe
         EXPECT_FALSE(fs::exists(path + probe)) << path << " leaked onto the host";
     }
     expectOneLineError({"run", "--device", tv, "--", "/nonexistent/program"}, 127, "cannot execute");
-    // Without a device, the default one is made on first use and kept.
-    const std::string state = temporary.path() + "/state";
-    const std::map<std::string, std::string> env = {{"ORVO_DEVICE_DIR", ""}, {"XDG_STATE_HOME", state}};
-    const auto first = tool({"run", "--", "sh", "-c", "echo first > /mnt/backup/mark; echo $ORVO_DEVICE_DIR"}, env);
-    EXPECT_EQ(first.out, state + "/orvo-emulator/device\n") << first.err;
-    EXPECT_EQ(tool({"run", "--", "cat", "/mnt/backup/mark"}, env).out, "first\n") << "the default device persists";
-    EXPECT_EQ(std::distance(fs::directory_iterator(state + "/orvo-emulator"), {}), 1) << "no staging left";
 }
 
-// The tools' common command line: options before or after operands, --opt=value, and the options
-// of the command that run starts left to that command.
-TEST_F(OrvoDevice, TakesOptionsAnywhereWithEqualsAndLeavesTheRunCommandsOptionsAlone) {
-    const std::string pane = temporary.path() + "/pane";
-    ASSERT_EQ(tool({"create", pane, "--profile", "pane"}).exitCode, 0);
-    const auto conf = [](const std::string& dir) {
-        std::ifstream in(dir + "/device.conf");
-        return std::string(std::istreambuf_iterator<char>(in), {});
-    };
-    for (const std::vector<std::string>& create :
-         std::vector<std::vector<std::string>>{{"create", "--profile=pane", temporary.path() + "/a"},
-                                               {"create", temporary.path() + "/b", "--profile=pane"}}) {
-        const std::string dir = create[1][0] == '-' ? create[2] : create[1];
-        EXPECT_EQ(tool(create).exitCode, 0) << dir;
-        EXPECT_EQ(conf(dir), conf(pane)) << dir;
-    }
+// run leaves the options of the command it starts to that command; errors name the subcommand.
+TEST_F(OrvoDevice, LeavesTheRunCommandsOptionsAloneAndNamesTheSubcommandInUsageErrors) {
     const auto run = tool({"run", "--device=" + tv, "sh", "-c", "echo $0 $ORVO_DEVICE_DIR", "-x"});
     EXPECT_EQ(run.out, "-x " + tv + "\n") << run.err;
     expectOneLineError({"show", "--profile", "tv"}, 2, "orvo-device show: unknown option --profile");
