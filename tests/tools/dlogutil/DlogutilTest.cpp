@@ -65,7 +65,8 @@ TEST(Dlogutil, PrintsTheChosenBuffersAndPrioritiesMergedInTimeOrder) {
         // -t N: the last N records that pass the filter, then exit (no -d needed).
         {{"-bmain", "-vraw", "-t", "2"}, "B/5\nC/7\n"},
         {{"-bmain", "-vraw", "-t0"}, ""},
-        {{"-t", "3", "-bmain", "-vraw", "A"}, "A/3\nA/4\nA/6\n"}};
+        {{"-t", "3", "-bmain", "-vraw", "A"}, "A/3\nA/4\nA/6\n"},
+        {{"-vraw", "A:E", "-bmain"}, "A/6\n"}}; // options after the filter specs
 
     const LoggedDevice logged(lines);
     for (const auto& [args, printed] : rows) {
@@ -110,6 +111,8 @@ TEST(Dlogutil, TextFormatsShowControlCharactersInsteadOfPassingThemToTheTerminal
     const LoggedDevice logged({{"main", record("1.000000000", 4, "t\x1b]0;x\x07",
                                                "clear \x1b[2J cr \r bs \b del \x7f csi \xc2\x9b"
                                                "31m e\xc3\xa9")}});
+    for (const char* format : {"brief", "process", "tag", "thread", "time", "threadtime", "long", "raw"})
+        EXPECT_EQ(std::string::npos, dlogutil({"-d", "-v", format}).out.find_first_of("\x1b\r\b\x7f")) << format;
     EXPECT_EQ("I/t^[]0;x^G: clear ^[[2J cr ^M bs ^H del ^? csi \\u009b31m e\xc3\xa9\n",
               dlogutil({"-d", "-b", "main", "-v", "tag"}).out);
 }
