@@ -1,5 +1,6 @@
 // The device state library keeps to its device directory: links that lead out of it are not
 // followed, special files are refused at once, and device.conf is read whole or not at all.
+// dlogutil's tests cover the log reader's side of links and FIFOs.
 
 #include "orvo/device/Device.h"
 #include "orvo/device/DeviceConf.h"
@@ -13,7 +14,6 @@
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <stdexcept>
 
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -99,7 +99,6 @@ TEST_F(TwoDevices, ALinkedLogFileIsNeitherWrittenNorRead) {
     const std::string before = contentOf(other + "/log/main.log");
     EXPECT_EQ(-1, appendLogRecord(device, 0, 4, "tag", "escaped", 7));
     EXPECT_EQ(before, contentOf(other + "/log/main.log"));
-    EXPECT_THROW(readLogRecords(device, 0), std::runtime_error);
     linkToOther("log");
     EXPECT_EQ(-1, appendLogRecord(device, 0, 4, "tag", "escaped", 7)) << "a linked log directory";
     EXPECT_EQ(before, contentOf(other + "/log/main.log"));
@@ -133,7 +132,6 @@ TEST_F(TwoDevices, SpecialFilesWhereSettingsOrLogsBelongFailAtOnce) {
     EXPECT_EQ(VCONF_ERROR_FILE_OPEN, readSetting(device, "db/orvo/fifo", setting));
     makeFifo("log/main.log");
     EXPECT_EQ(-1, appendLogRecord(device, 0, 4, "tag", "x", 1));
-    EXPECT_THROW(readLogRecords(device, 0), std::runtime_error);
 }
 
 TEST_F(TwoDevices, ACorruptSettingFileIsToldApartFromAMissingKey) {
