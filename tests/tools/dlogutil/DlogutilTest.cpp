@@ -173,9 +173,7 @@ TEST(Dlogutil, InvalidArgumentsAreOneLineErrors) {
                                                                                       {"-d", "A:9"},
                                                                                       {"-d", "A:B:W"},
                                                                                       {"-d", "A:I,:W"},
-                                                                                      {"-d", "-x"},
                                                                                       {"-d", "-t", "x"},
-                                                                                      {"-d", "-t"},
                                                                                       {"-cg"},
                                                                                       {"-d", "-f", "/nonexistent/x"}}) {
         const auto result = dlogutil(args);

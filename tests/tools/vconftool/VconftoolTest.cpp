@@ -50,7 +50,6 @@ TEST(Vconftool, SetsGetsAndUnsetsEachTypeSeenAtOnceByTheLibraryAndReportsErrorsI
                                                {"set", "-t", "int", "db/x", "99999999999"},
                                                {"set", "-t", "bool", "db/x", "true"},
                                                {"set", "-t", "in", "db/x", "1", "-q"},
-                                               {"set", "db/x", "1", "-t"},
                                                {"get", "-t", "int", "db/x"},
                                                {"set", "-r", "-t", "int", "db/x", "1"},
                                                {"get", "db/nothing/"},
