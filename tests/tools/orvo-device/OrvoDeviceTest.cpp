@@ -54,9 +54,6 @@ TEST_F(OrvoDevice, RebootClearsMemoryKeysAndKeepsDbKeys) {
     EXPECT_EQ(tool({"reboot", tv}).exitCode, 0);
     EXPECT_NE(readSetting(tv, "memory/orvo/lost", setting), 0);
     EXPECT_EQ(readSetting(tv, "db/menu/support/softwareupdate/autoupdate", setting), 0) << "db/ keys stay";
-    writeSetting(tv, "memory/orvo/lost", Setting{SettingType::String, "volatile"});
-    EXPECT_EQ(tool({"reboot"}, {{"ORVO_DEVICE_DIR", tv}}).exitCode, 0) << "the environment's device";
-    EXPECT_NE(readSetting(tv, "memory/orvo/lost", setting), 0);
 }
 
 TEST_F(OrvoDevice, RunShowsTheDevicesFilesKeepsItsWritesAndPassesTheExitStatus) {
