@@ -9,6 +9,41 @@ trap 'rm -rf "$work"' EXIT
 device=$work/device
 fail() { echo "check-install: $*" >&2; exit 1; }
 
+# Hardening, as readelf sees every installed binary: full RELRO (GNU_RELRO and BIND_NOW), the
+# stack protector, fortified libc calls wherever the code calls a function that has a checked
+# variant, position-independent executables, a non-executable stack and no empty RUNPATH element
+# (which would mean the current directory). Prints one row per binary.
+fortifiable='^(memcpy|memmove|memset|mempcpy|stpcpy|strcpy|strncpy|strcat|strncat|sprintf|snprintf|vsprintf|vsnprintf|fprintf|printf|vfprintf|vprintf|dprintf|read|pread64|readlink|getcwd|realpath|fgets|fread|wcscpy|wmemcpy|poll|ppoll|recv|recvfrom|ttyname_r|gethostname|confstr|getgroups|syslog)$'
+check_hardening() {
+  local file=$1 headers dynamic imports relro now ssp chk pie nx runpath failed=()
+  headers=$(readelf -lW "$file") dynamic=$(readelf -dW "$file")
+  imports=$(readelf --dyn-syms -W "$file" | awk '$7 == "UND" { sub(/@.*/, "", $8); print $8 }')
+  relro=no now=no ssp=no chk=n/a pie=n/a nx=no
+  grep -q GNU_RELRO <<<"$headers" && relro=yes
+  grep -Eq 'BIND_NOW|FLAGS.*[[:space:]]NOW' <<<"$dynamic" && now=yes
+  grep -qx __stack_chk_fail <<<"$imports" && ssp=yes
+  if grep -Eq '^__.*_chk$' <<<"$imports"; then chk=yes; elif grep -Eq "$fortifiable" <<<"$imports"; then chk=no; fi
+  if readelf -hW "$file" | grep -q 'Type:.*EXEC'; then pie=no
+  elif [[ $file == "$bin"/* ]]; then pie=yes; fi
+  grep -E 'GNU_STACK' <<<"$headers" | grep -Eqv 'RWE' && nx=yes
+  runpath=$(sed -n 's/.*(RUNPATH).*\[\(.*\)\]/\1/p; s/.*(RPATH).*\[\(.*\)\]/\1/p' <<<"$dynamic")
+  printf '%-36s %-5s %-5s %-5s %-5s %-5s %-5s %s\n' "${file#"$prefix"/}" "$now" "$relro" "$ssp" "$chk" "$pie" "$nx" "${runpath:--}"
+  [ "$now" = yes ] || failed+=(BIND_NOW)
+  [ "$relro" = yes ] || failed+=(GNU_RELRO)
+  [ "$ssp" = yes ] || failed+=(stack-protector)
+  [ "$chk" != no ] || failed+=(_FORTIFY_SOURCE)
+  [ "$pie" != no ] || failed+=(PIE)
+  [ "$nx" = yes ] || failed+=(non-executable-stack)
+  [[ -z $runpath || ! $runpath =~ (^:|::|:$) ]] || failed+=(empty-RUNPATH-element)
+  [ ${#failed[@]} -eq 0 ] || hardening_failures+=("${file#"$prefix"/}: ${failed[*]}")
+}
+hardening_failures=()
+printf '%-36s %-5s %-5s %-5s %-5s %-5s %-5s %s\n' binary NOW RELRO SSP _chk PIE NX RUNPATH
+while IFS= read -r -d '' file; do
+  check_hardening "$file"
+done < <(find "$bin" "$prefix/lib" -type f \( -perm -u+x -o -name '*.so*' \) -print0 | sort -z)
+[ ${#hardening_failures[@]} -eq 0 ] || fail "not hardened: ${hardening_failures[*]}"
+
 "$bin/orvo-device" create "$device" --profile tv
 export ORVO_DEVICE_DIR=$device
 

@@ -5,8 +5,10 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <clocale>
 #include <cstdlib>
+#include <system_error>
 
 namespace Orvo {
 namespace Tools {
@@ -33,14 +35,20 @@ std::vector<std::string> foundCatalogueLanguages() {
     std::vector<std::string> languages;
     const char* root = bindtextdomain(kTextDomain, nullptr);
     if (DIR* directory = root ? opendir(root) : nullptr) {
+        // readdir returns null both at the end and on an error; only errno tells them apart.
+        errno = 0;
         while (const dirent* entry = readdir(directory)) {
             const std::string name = entry->d_name;
-            if (name.empty() || name[0] == '.') continue;
             const std::string catalogue = std::string(root) + "/" + name + "/LC_MESSAGES/" + kTextDomain + ".mo";
             struct stat status {};
-            if (stat(catalogue.c_str(), &status) == 0 && S_ISREG(status.st_mode)) languages.push_back(name);
+            if (!name.empty() && name[0] != '.' && stat(catalogue.c_str(), &status) == 0 && S_ISREG(status.st_mode))
+                languages.push_back(name);
+            errno = 0;
         }
+        const int readError = errno;
         closedir(directory);
+        if (readError != 0)
+            throw std::system_error(readError, std::generic_category(), std::string("cannot list the languages in ") + root);
     }
     std::sort(languages.begin(), languages.end());
     return languages;

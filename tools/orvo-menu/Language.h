@@ -18,7 +18,8 @@ void selectLanguage(const std::string& language);
 std::string currentLanguage();
 
 // The languages with a catalogue of the text domain where the domain is bound (known after the
-// plug-in has bound it), sorted; en, de, fr when none can be found.
+// plug-in has bound it), sorted; en, de, fr when none can be found. Throws std::system_error when
+// the directory cannot be read.
 std::vector<std::string> catalogueLanguages();
 // The same without the fallback: empty where the bound directory holds no catalogue.
 std::vector<std::string> foundCatalogueLanguages();

@@ -5,6 +5,8 @@
 
 #include "PluginLibrary.h"
 
+#include <MenuItemDataProvider.h>
+
 #include <optional>
 #include <string>
 
@@ -13,7 +15,7 @@ namespace Tools {
 namespace MenuHost {
 
 // getValueText writes into a buffer of this size that the host passes in *out.
-constexpr std::size_t kValueTextBufferSize = 255;
+constexpr std::size_t kValueTextBufferSize = MENU_ITEM_DATA_PROVIDER_VALUE_TEXT_SIZE;
 
 struct StringCall {
     bool offered = false;

@@ -7,6 +7,7 @@
 #include <climits>
 #include <cstdlib>
 #include <cstring>
+#include <system_error>
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -76,14 +77,23 @@ std::string temporaryNameFor(const std::string& path) {
 }
 
 // A writer killed between creating and renaming its temporary file leaves it behind.
-void removeTemporaryFilesOfDeadWriters(const std::string& directory) {
+// False with errno set when the directory cannot be read.
+bool removeTemporaryFilesOfDeadWriters(const std::string& directory) {
     const std::size_t prefixLength = sizeof kTemporaryPrefix - 1;
-    for (const std::string& name : listDirectory(directory)) {
+    std::vector<std::string> names;
+    try {
+        names = listDirectory(directory);
+    } catch (const std::system_error& error) {
+        errno = error.code().value();
+        return false;
+    }
+    for (const std::string& name : names) {
         if (!isTemporaryFileName(name)) continue;
         const long pid = std::strtol(name.c_str() + prefixLength, nullptr, 10);
         if (pid > 0 && ::kill(static_cast<pid_t>(pid), 0) != 0 && errno == ESRCH)
             ::unlink((directory + "/" + name).c_str());
     }
+    return true;
 }
 
 } // namespace
@@ -197,8 +207,8 @@ bool replaceFileAtomically(const std::string& path, const std::string& content) 
         errno = saved;
         return false;
     }
-    removeTemporaryFilesOfDeadWriters(directory);
-    return syncDirectory(directory);
+    const bool cleaned = removeTemporaryFilesOfDeadWriters(directory);
+    return syncDirectory(directory) && cleaned;
 }
 
 bool removeFileDurably(const std::string& path) {
@@ -208,12 +218,20 @@ bool removeFileDurably(const std::string& path) {
 std::vector<std::string> listDirectory(const std::string& path) {
     std::vector<std::string> names;
     DIR* directory = ::opendir(path.c_str());
-    if (directory == nullptr) return names;
+    if (directory == nullptr) {
+        if (errno == ENOENT) return names;
+        throw std::system_error(errno, std::generic_category(), "cannot open directory " + path);
+    }
+    // readdir returns null both at the end and on an error; only errno tells them apart.
+    errno = 0;
     while (const dirent* entry = ::readdir(directory)) {
         const std::string name = entry->d_name;
         if (name != "." && name != "..") names.push_back(name);
+        errno = 0;
     }
+    const int readError = errno;
     ::closedir(directory);
+    if (readError != 0) throw std::system_error(readError, std::generic_category(), "cannot read directory " + path);
     std::sort(names.begin(), names.end());
     return names;
 }

@@ -49,6 +49,7 @@ bool replaceFileAtomically(const std::string& path, const std::string& content);
 bool removeFileDurably(const std::string& path);
 
 // The names of a directory's entries, without "." and "..", sorted; empty when it is missing.
+// Throws std::system_error when the directory cannot be opened or read.
 std::vector<std::string> listDirectory(const std::string& path);
 
 // A temporary file of replaceFileAtomically (never a setting or log file).

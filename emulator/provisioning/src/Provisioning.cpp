@@ -73,6 +73,7 @@ void clearRootfs(const fs::path& dir, const fs::path& devicePath, const std::set
             fs::remove_all(it->path());
         }
     }
+    if (error) throw fs::filesystem_error("cannot list", dir, error);
 }
 
 std::set<fs::path> sandboxDirectoriesAndParents(const std::string& deviceDir) {

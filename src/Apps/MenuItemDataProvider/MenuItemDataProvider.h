@@ -56,8 +56,12 @@ typedef int (*MenuItemDataProviderGetTitle)(const char* itemId, char** out);
  * success, -1 for a null out or when the text cannot be produced. */
 typedef int (*MenuItemDataProviderGetDescription)(const char* itemId, char** out);
 
+/* The size of the buffer that the host passes to getValueText. */
+#define MENU_ITEM_DATA_PROVIDER_VALUE_TEXT_SIZE 255
+
 /* Slot 38. Writes the message id of a toggle's current state ("SID_ON", "SID_OFF") into the
- * host's buffer *out, which must hold at least 255 bytes; the host translates it. Returns 1 when
+ * host's buffer *out, which must hold at least MENU_ITEM_DATA_PROVIDER_VALUE_TEXT_SIZE bytes; the
+ * host translates it. Returns 1 when
  * written; -1 for other items, an unreadable setting, a value other than 0 and 1 or a null
  * buffer, in which case the buffer is untouched. */
 typedef int (*MenuItemDataProviderGetValueText)(const char* itemId, char** out);

@@ -3,6 +3,7 @@
 #include "Apps/MenuItemDataProvider/CallbackFailure.h"
 #include "Apps/MenuItemDataProvider/DetailedVersionFlag.h"
 #include "Apps/MenuItemDataProvider/MenuCallbacks.h"
+#include "Apps/MenuItemDataProvider/MenuItemDataProvider.h"
 #include "Apps/MenuItemDataProvider/MenuItems.h"
 #include "Apps/MenuItemDataProvider/VersionInfo.h"
 #include "Platform/SystemAPI/FactorySystemAPI/IFactorySettings.h"
@@ -21,9 +22,6 @@ namespace Apps {
 namespace MenuProvider {
 
 namespace {
-
-// The host's value-text buffer holds at least this many bytes.
-constexpr size_t kValueTextBufferSize = 255;
 
 constexpr const char* kComponentName = "TP_SWUPDATE";
 
@@ -81,7 +79,7 @@ int getValueText(const char* itemId, char** out) noexcept {
     if (vconf_get_int(itemId, &value) != 0) return -1;
     const char* textId = stateTextId(value);
     if (textId == nullptr) return -1;
-    return std::snprintf(*out, kValueTextBufferSize, "%s", textId) < 0 ? -1 : 1;
+    return std::snprintf(*out, MENU_ITEM_DATA_PROVIDER_VALUE_TEXT_SIZE, "%s", textId) < 0 ? -1 : 1;
 }
 
 int getValueString(const char* itemId, char** out) noexcept {

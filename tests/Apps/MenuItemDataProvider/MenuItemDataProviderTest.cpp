@@ -11,6 +11,7 @@
 #include <vconf.h>
 
 #include <clocale>
+#include <cstdlib>
 #include <cstring>
 #include <map>
 #include <set>
@@ -27,6 +28,29 @@ TEST(ProviderRecord, FillsTheNineSlotsAndNothingElse) {
     const std::set<size_t> filled = {0, 8, 11, 12, 13, 14, 38, 44, 45};
     for (size_t slot = 0; slot < 51; ++slot)
         EXPECT_EQ(slots[slot] != nullptr, filled.count(slot) == 1) << slot;
+}
+
+// The television's host is 32-bit and knows the record only as byte offsets: slot k at k * 4 of
+// a 204-byte allocation. Proven by calling through those offsets, not through the header's names.
+TEST(ProviderRecord, OnThirtyTwoBitsSlotsSitEveryFourBytesOfTwoHundredFour) {
+    if (sizeof(void*) != 4) GTEST_SKIP() << "a 64-bit build; the armhf build (scripts/test-armhf) runs this";
+    ProviderLibrary plugin;
+    const auto* bytes = reinterpret_cast<const unsigned char*>(plugin.record);
+    const auto slotAt = [bytes](size_t offset, auto* function) {
+        std::memcpy(&function, bytes + offset, sizeof function);
+        return function;
+    };
+    int (*freeString)(void*) = nullptr;
+    int (*getProviderProperty)(const char*, char**) = nullptr;
+    EXPECT_EQ(slotAt(48, freeString)(nullptr), 1) << "slot 12";
+    char* owner = nullptr;
+    EXPECT_EQ(slotAt(176, getProviderProperty)("provider/owner", &owner), 0) << "slot 44";
+    EXPECT_STREQ(owner, "a.kovacs");
+    std::free(owner);
+    if (orvoFailNextCallocOfSize == nullptr) return;
+    MenuItemDataProvider* out = nullptr;
+    orvoFailNextCallocOfSize(204);
+    EXPECT_EQ(plugin.createProvider(&out), -1) << "the record is one allocation of 204 bytes";
 }
 
 TEST(ProviderRecord, FreeStringAndDeleteProviderResults) {

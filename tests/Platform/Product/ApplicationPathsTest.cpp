@@ -3,6 +3,7 @@
 #include "Platform/Product/IProductInfo.h"
 
 #include <boost/filesystem/operations.hpp>
+#include <cstdint>
 #include <dlog.h>
 #include <gmock/gmock.h>
 
@@ -70,7 +71,7 @@ TEST(ApplicationPathsTest, TableFollowsTheDevicesPlatformRootsOnceInitialised) {
     for (const auto& [name, get, expected] : kPaths)
         EXPECT_EQ(get(), expected) << name;
     EXPECT_EQ(std::make_pair(P::getFirstSizeLimit(), P::getSecondSizeLimit()),
-              std::make_pair(943718400UL, 104857600UL));
+              std::make_pair(std::uint64_t{943718400}, std::uint64_t{104857600}));
 }
 
 TEST(ApplicationPathsTest, TableIsFixedAtInitialisationAndComposedRootsAreNot) {
