@@ -48,7 +48,8 @@ std::vector<std::string> foundCatalogueLanguages() {
         const int readError = errno;
         closedir(directory);
         if (readError != 0)
-            throw std::system_error(readError, std::generic_category(), std::string("cannot list the languages in ") + root);
+            throw std::system_error(readError, std::generic_category(),
+                                    std::string("cannot list the languages in ") + root);
     }
     std::sort(languages.begin(), languages.end());
     return languages;
