@@ -22,12 +22,14 @@ const struct {
                 {"thread", LogFormat::Thread}, {"time", LogFormat::Time},       {"threadtime", LogFormat::ThreadTime},
                 {"long", LogFormat::Long},     {"raw", LogFormat::Raw},         {"json", LogFormat::Json}};
 
-// UTC with nanoseconds; seconds as a number where the year does not fit a calendar.
+// UTC with nanoseconds; seconds as a number where the year does not fit a calendar (or the
+// seconds do not fit a 32-bit time_t).
 std::string jsonTime(const LogRecord& record) {
     const std::time_t seconds = static_cast<std::time_t>(record.seconds);
     std::tm utc{};
     char text[64];
-    if (::gmtime_r(&seconds, &utc) == nullptr || utc.tm_year > 9999 - 1900 || utc.tm_year < -1900) {
+    if (static_cast<std::int64_t>(seconds) != record.seconds || ::gmtime_r(&seconds, &utc) == nullptr ||
+        utc.tm_year > 9999 - 1900 || utc.tm_year < -1900) {
         std::snprintf(text, sizeof text, "%" PRId64 ".%09d", record.seconds, static_cast<int>(record.nanoseconds));
         return text;
     }
