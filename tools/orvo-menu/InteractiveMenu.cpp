@@ -85,6 +85,34 @@ std::string renderScreen(const MenuScreen& screen, std::size_t columns, std::siz
     return out + "\033[J";
 }
 
+void applyMenuKey(const Provider& provider, MenuScreen& screen, MenuKey key) {
+    const std::size_t count = screen.view.items.size();
+    screen.status.clear();
+    switch (key) {
+    case MenuKey::Up:
+        if (screen.selected > 0) --screen.selected;
+        return;
+    case MenuKey::Down:
+        if (screen.selected + 1 < count) ++screen.selected;
+        return;
+    case MenuKey::Enter:
+        if (screen.selected < count) activate(provider, screen);
+        return;
+    case MenuKey::Info:
+        screen.status =
+            provider.keyEvent(kInfoKey) ? "Info: detailed version shown once" : "Info: onKeyEvent not offered";
+        break;
+    case MenuKey::NextLanguage:
+        selectLanguage(nextLanguage(catalogueLanguages(), currentLanguage()));
+        screen.status = "Language: " + currentLanguage();
+        break;
+    case MenuKey::Refresh:
+        screen.status = "Refreshed";
+        break;
+    }
+    screen.view = readBranch(provider);
+}
+
 int runInteractiveMenu(const Provider& provider, Terminal& terminal) {
     MenuScreen screen;
     screen.view = readBranch(provider);
@@ -93,30 +121,16 @@ int runInteractiveMenu(const Provider& provider, Terminal& terminal) {
         Key key;
         if (!terminal.readKey(key)) return 128 + terminal.stopSignal();
         terminal.takeResize();
-        const std::size_t count = screen.view.items.size();
         const char c = key.type == KeyType::Character ? key.character : 0;
-        bool reread = false;
-        screen.status.clear();
         if (key.type == KeyType::Interrupt) return 128 + SIGINT;
         if (key.type == KeyType::Escape || c == 'q') return 0;
-        if ((key.type == KeyType::Up || c == 'k') && screen.selected > 0) --screen.selected;
-        if ((key.type == KeyType::Down || c == 'j') && screen.selected + 1 < count) ++screen.selected;
-        if ((key.type == KeyType::Enter || c == ' ') && screen.selected < count) activate(provider, screen);
-        if (c == 'i') {
-            screen.status =
-                provider.keyEvent(kInfoKey) ? "Info: detailed version shown once" : "Info: onKeyEvent not offered";
-            reread = true;
-        }
-        if (c == 'l') {
-            selectLanguage(nextLanguage(catalogueLanguages(), currentLanguage()));
-            screen.status = "Language: " + currentLanguage();
-            reread = true;
-        }
-        if (c == 'r') {
-            screen.status = "Refreshed";
-            reread = true;
-        }
-        if (reread) screen.view = readBranch(provider);
+        screen.status.clear();
+        if (key.type == KeyType::Up || c == 'k') applyMenuKey(provider, screen, MenuKey::Up);
+        if (key.type == KeyType::Down || c == 'j') applyMenuKey(provider, screen, MenuKey::Down);
+        if (key.type == KeyType::Enter || c == ' ') applyMenuKey(provider, screen, MenuKey::Enter);
+        if (c == 'i') applyMenuKey(provider, screen, MenuKey::Info);
+        if (c == 'l') applyMenuKey(provider, screen, MenuKey::NextLanguage);
+        if (c == 'r') applyMenuKey(provider, screen, MenuKey::Refresh);
     }
 }
 

@@ -18,6 +18,14 @@ struct MenuScreen {
     std::string status;
 };
 
+// The remote's keys as the menu handles them, whatever sends them (a terminal, the web console).
+enum class MenuKey { Up, Down, Enter, Info, NextLanguage, Refresh };
+
+// Applies one key as the television's menu does: Up/Down move without asking the plug-in; Enter
+// on a toggle calls setIntValue; Info forwards XF86Info; Info, a language switch and Refresh
+// read the branch again at once, so after Info the branch shows its detailed block once.
+void applyMenuKey(const Provider& provider, MenuScreen& screen, MenuKey key);
+
 // The whole screen as terminal output (cursor home, lines, clear to end).
 std::string renderScreen(const MenuScreen& screen, std::size_t columns, std::size_t rows);
 

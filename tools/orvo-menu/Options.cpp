@@ -22,6 +22,8 @@ Commands:
                         argument (or --file -) one action per line from standard input
   check                 exercises every callback as careful and careless hosts do and reports
                         each result against the host contract; exit status 1 on a violation
+  serve                 the device console: prints one URL (with its access token) and serves
+                        the menu, the device's facts and its log to a browser until Ctrl-C
 
 Options:
   --plugin PATH         the plug-in to load (default: <bin>/../lib/libOrvoMenuItemDataProvider.so)
@@ -29,6 +31,8 @@ Options:
   --json                show: one JSON document instead of text
   --file FILE           script: the actions, one per line (- for standard input)
   --width N             show, script: text width (default: the terminal's, or 80)
+  --port N              serve: the port (default: any free port)
+  --listen ADDR         serve: the address to listen on (default: 127.0.0.1, this machine only)
   -h, --help            this text
 
 Script actions (blank lines and lines starting with # are ignored):
@@ -68,7 +72,14 @@ std::size_t parseWidth(const std::string& text) {
     return width;
 }
 
-enum LongOnly { kJson = 256, kPlugin, kLanguage, kFile, kWidth };
+enum LongOnly { kJson = 256, kPlugin, kLanguage, kFile, kWidth, kPort, kListen };
+
+int parsePort(const std::string& text) {
+    char* end = nullptr;
+    const unsigned long port = std::strtoul(text.c_str(), &end, 10);
+    if (text.empty() || *end != '\0' || port > 65535) throw UsageError("--port takes a number from 0 to 65535");
+    return static_cast<int>(port);
+}
 
 } // namespace
 
@@ -79,6 +90,8 @@ Options parseOptions(const std::vector<std::string>& arguments) {
                                          {"language", required_argument, nullptr, kLanguage},
                                          {"file", required_argument, nullptr, kFile},
                                          {"width", required_argument, nullptr, kWidth},
+                                         {"port", required_argument, nullptr, kPort},
+                                         {"listen", required_argument, nullptr, kListen},
                                          {nullptr, 0, nullptr, 0}};
     Options options;
     const std::vector<std::string> operands =
@@ -103,6 +116,12 @@ Options parseOptions(const std::vector<std::string>& arguments) {
             case kWidth:
                 options.width = parseWidth(value);
                 break;
+            case kPort:
+                options.port = parsePort(value);
+                break;
+            case kListen:
+                options.listen = value;
+                break;
             }
         });
     if (!operands.empty()) {
@@ -110,7 +129,8 @@ Options parseOptions(const std::vector<std::string>& arguments) {
         options.arguments.assign(operands.begin() + 1, operands.end());
     }
     const std::string& command = options.command;
-    if (!command.empty() && command != "menu" && command != "show" && command != "script" && command != "check") {
+    if (!command.empty() && command != "menu" && command != "show" && command != "script" && command != "check" &&
+        command != "serve") {
         throw UsageError("unknown command '" + command + "'");
     }
     if (command != "script" && command != "show" && !options.arguments.empty()) {

@@ -11,15 +11,6 @@ namespace MenuHost {
 
 namespace {
 
-std::string executableDirectory() {
-    std::vector<char> buffer(4096);
-    const ssize_t length = readlink("/proc/self/exe", buffer.data(), buffer.size() - 1);
-    if (length <= 0) return ".";
-    const std::string path(buffer.data(), static_cast<std::size_t>(length));
-    const std::size_t slash = path.rfind('/');
-    return slash == std::string::npos ? "." : path.substr(0, slash);
-}
-
 void* versionedSymbol(void* handle, const char* name, const std::string& path) {
     void* symbol = dlvsym(handle, name, kEntryPointVersion);
     if (symbol == nullptr) {
@@ -29,6 +20,15 @@ void* versionedSymbol(void* handle, const char* name, const std::string& path) {
 }
 
 } // namespace
+
+std::string executableDirectory() {
+    std::vector<char> buffer(4096);
+    const ssize_t length = readlink("/proc/self/exe", buffer.data(), buffer.size() - 1);
+    if (length <= 0) return ".";
+    const std::string path(buffer.data(), static_cast<std::size_t>(length));
+    const std::size_t slash = path.rfind('/');
+    return slash == std::string::npos ? "." : path.substr(0, slash);
+}
 
 std::string defaultPluginPath() { return executableDirectory() + "/../lib/libOrvoMenuItemDataProvider.so"; }
 

@@ -20,6 +20,9 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+// The directory of the running executable (the host's data is found relative to it).
+std::string executableDirectory();
+
 // <directory of the running executable>/../lib/libOrvoMenuItemDataProvider.so
 std::string defaultPluginPath();
 

@@ -1,6 +1,7 @@
 // orvo-menu: the settings menu's host for the software-update menu plug-in.
 
 #include "Branch.h"
+#include "ConsoleServer.h"
 #include "ContractCheck.h"
 #include "InteractiveMenu.h"
 #include "Json.h"
@@ -10,6 +11,8 @@
 #include "Script.h"
 #include "Terminal.h"
 #include "TextView.h"
+
+#include "orvo/device/Device.h"
 
 #include <libintl.h>
 #include <sys/ioctl.h>
@@ -88,6 +91,11 @@ int run(const Options& options) {
         options.command == "script" ? parseScript(scriptLines(options)) : std::vector<ScriptAction>();
     const Provider provider(library);
     requireCatalogue();
+    if (options.command == "serve") {
+        const Orvo::Tools::Console::ConsoleConfig config{options.listen, options.port,
+                                                         Orvo::Emulator::toolDeviceDirectory(), "", ""};
+        return Orvo::Tools::Console::serveUntilInterrupted(provider, config, std::cout);
+    }
     if (options.command == "script") return runScript(provider, actions, std::cout, std::cerr, outputWidth(options));
     const bool onTerminal = isatty(STDIN_FILENO) && isatty(STDOUT_FILENO);
     if (options.command == "menu" || (options.command.empty() && !options.json && onTerminal)) {

@@ -1,0 +1,55 @@
+#pragma once
+// The device console: a local web server that shows the menu as the television does, the
+// device's facts and its log. Every request must carry the console's random token (the URL's
+// "token" parameter, which the page keeps in a cookie and sends as X-Console-Token), and a
+// request whose Host or Origin is not the console's own is refused, so that neither another
+// site in the browser nor a rebound DNS name can drive it.
+
+#include "Provider.h"
+
+#include <memory>
+#include <string>
+
+namespace Orvo {
+namespace Tools {
+namespace Console {
+
+struct ConsoleConfig {
+    std::string host = "127.0.0.1"; // the address to listen on
+    int port = 0;                    // 0: any free port
+    std::string deviceDir;           // the device whose facts and log the console shows
+    std::string assetsDir;           // index.html, console.css, console.js
+    std::string token;               // empty: a new random token
+};
+
+// <directory of the running executable>/../share/orvo-menu/console
+std::string defaultAssetsDirectory();
+
+class ConsoleServer {
+public:
+    // Loads the assets and binds the port; throws std::runtime_error with a one-line reason.
+    ConsoleServer(const MenuHost::Provider& provider, const ConsoleConfig& config);
+    ~ConsoleServer();
+    ConsoleServer(const ConsoleServer&) = delete;
+    ConsoleServer& operator=(const ConsoleServer&) = delete;
+
+    int port() const;
+    const std::string& token() const;
+    // http://HOST:PORT/?token=TOKEN
+    std::string url() const;
+
+    // Serves until stop(), from any thread (or a signal handler's thread).
+    void run();
+    void stop();
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+// Serves until SIGINT or SIGTERM after printing the URL on `out`; returns the exit status.
+int serveUntilInterrupted(const MenuHost::Provider& provider, const ConsoleConfig& config, std::ostream& out);
+
+} // namespace Console
+} // namespace Tools
+} // namespace Orvo

@@ -1,0 +1,243 @@
+#include "DevicePane.h"
+
+#include "ConsoleError.h"
+
+#include "orvo/device/DeviceConf.h"
+#include "orvo/device/DeviceEdits.h"
+#include "orvo/device/SettingsStore.h"
+#include "orvo/device/TextValues.h"
+
+#include <algorithm>
+#include <fstream>
+#include <map>
+#include <vector>
+
+namespace Orvo {
+namespace Tools {
+namespace Console {
+
+using nlohmann::json;
+using Emulator::SystemInfoValue;
+
+namespace {
+
+// What the known system-information keys mean on this television.
+const std::map<int, const char*>& systemInfoLabels() {
+    static const std::map<int, const char*> labels = {
+        {128, "software version"}, {8, "build date"},
+        {0, "model line"},         {133, "sub-microcontroller version"},
+        {564, "platform"},         {91, "chipset"},
+        {90, "localset"},          {301, "partition table"},
+        {77, "product code"},      {740, "PANE family"},
+        {869, "factory: fast USB booting"}, {890, "factory: OTA support"},
+        {902, "factory: OTN"},     {903, "factory: server type"},
+        {904, "factory: zone"},    {922, "factory: short OTA duration"},
+        {923, "factory: fail test"}, {10130, "factory: hotel OTN"}};
+    return labels;
+}
+
+const char* typeName(SystemInfoValue::Type type) {
+    switch (type) {
+    case SystemInfoValue::Type::Int:
+        return "int";
+    case SystemInfoValue::Type::Bool:
+        return "bool";
+    case SystemInfoValue::Type::Double:
+        return "double";
+    case SystemInfoValue::Type::String:
+        return "string";
+    case SystemInfoValue::Type::Error:
+        return "error";
+    }
+    return "?";
+}
+
+std::string valueText(const SystemInfoValue& value) {
+    switch (value.type) {
+    case SystemInfoValue::Type::Int:
+        return std::to_string(value.intValue);
+    case SystemInfoValue::Type::Bool:
+        return value.boolValue ? "true" : "false";
+    case SystemInfoValue::Type::Double:
+        return Emulator::formatDoubleShort(value.doubleValue);
+    case SystemInfoValue::Type::String:
+        return value.stringValue;
+    case SystemInfoValue::Type::Error:
+        return std::to_string(value.errorCode);
+    }
+    return "";
+}
+
+const std::string& stringMember(const json& change, const char* name) {
+    const json& member = change.at(name);
+    if (!member.is_string()) throw badRequest(std::string("\"") + name + "\" must be a string");
+    const std::string& text = member.get_ref<const std::string&>();
+    if (text.size() > kMaxValueLength)
+        throw badRequest(std::string("\"") + name + "\" is longer than " + std::to_string(kMaxValueLength) + " bytes");
+    return text;
+}
+
+bool boolMember(const json& change, const char* name) {
+    const json& member = change.at(name);
+    if (!member.is_boolean()) throw badRequest(std::string("\"") + name + "\" must be true or false");
+    return member.get<bool>();
+}
+
+[[noreturn]] void refuseValue(const std::string& type, const std::string& value, const char* expected) {
+    throw badRequest("\"" + value + "\" is not a valid " + type + " value (" + expected + ")");
+}
+
+// The device.conf text of a system-information value, checked as the platform will read it.
+std::string systemInfoEntry(const std::string& type, const std::string& value) {
+    long long number = 0;
+    double real = 0;
+    int code = 0;
+    if (type == "int") {
+        if (!Emulator::parseLongLong(value, number)) refuseValue(type, value, "a decimal integer");
+        return "int " + value;
+    }
+    if (type == "bool") {
+        if (value != "true" && value != "false") refuseValue(type, value, "true or false");
+        return "bool " + value;
+    }
+    if (type == "double") {
+        if (!Emulator::parseDouble(value, real)) refuseValue(type, value, "a number such as 2.5");
+        return "double " + value;
+    }
+    if (type == "error") {
+        if (!Emulator::parseInt(value, code) || code == 0) refuseValue(type, value, "a non-zero result code such as -5");
+        return "error " + value;
+    }
+    if (type == "string") {
+        if (value.find_first_of("\r\n") != std::string::npos) refuseValue(type, value, "one line");
+        return "string " + value;
+    }
+    throw badRequest("unknown system-info type \"" + type + "\" (int, bool, double, string or error)");
+}
+
+Emulator::Setting checkedSetting(const std::string& type, const std::string& value) {
+    Emulator::Setting setting;
+    int number = 0;
+    double real = 0;
+    if (type == "int") {
+        if (!Emulator::parseInt(value, number)) refuseValue(type, value, "a decimal integer of the int range");
+        setting = {Emulator::SettingType::Int, std::to_string(number)};
+    } else if (type == "bool") {
+        if (value != "0" && value != "1" && value != "true" && value != "false")
+            refuseValue(type, value, "0, 1, true or false");
+        setting = {Emulator::SettingType::Bool, value == "1" || value == "true" ? "1" : "0"};
+    } else if (type == "double") {
+        if (!Emulator::parseDouble(value, real)) refuseValue(type, value, "a number such as 2.5");
+        setting = {Emulator::SettingType::Double, Emulator::formatDouble(real)};
+    } else if (type == "string") {
+        setting = {Emulator::SettingType::String, value};
+    } else {
+        throw badRequest("unknown setting type \"" + type + "\" (int, bool, double or string)");
+    }
+    return setting;
+}
+
+void checkSettingKey(const std::string& key) {
+    static const char* const prefixes[] = {"db/", "file/", "memory/"};
+    const bool prefixed = std::any_of(std::begin(prefixes), std::end(prefixes), [&key](const char* prefix) {
+        return key.compare(0, std::char_traits<char>::length(prefix), prefix) == 0;
+    });
+    if (!prefixed || key.size() > 255 || key.find('\0') != std::string::npos || key.back() == '/')
+        throw badRequest("\"" + key + "\" is not a setting key (db/, file/ or memory/ followed by a name)");
+}
+
+void applySystemInfo(const std::string& deviceDir, const json& change) {
+    checkMembers(change, {"kind", "key", "type", "value"}, {"kind", "key", "type", "value"});
+    const json& key = change["key"];
+    if (!key.is_number_integer() || key.get<long long>() < 0 || key.get<long long>() > 99999999)
+        throw badRequest("\"key\" must be a system-information key number (0 to 99999999)");
+    const std::string entry = systemInfoEntry(stringMember(change, "type"), stringMember(change, "value"));
+    Emulator::setDeviceConfEntry(deviceDir, "system-info." + std::to_string(key.get<long long>()), entry);
+}
+
+void applySetting(const std::string& deviceDir, const json& change) {
+    checkMembers(change, {"kind", "key", "type", "value"}, {"kind", "key", "type", "value"});
+    const std::string& key = stringMember(change, "key");
+    checkSettingKey(key);
+    const Emulator::Setting setting = checkedSetting(stringMember(change, "type"), stringMember(change, "value"));
+    const int result = Emulator::writeSetting(deviceDir, key, setting);
+    if (result != 0) throw RequestError(500, "cannot write " + key + " (vconf result " + std::to_string(result) + ")");
+}
+
+std::string readVersionFile(const std::string& path, bool& present) {
+    std::ifstream file(path, std::ios::binary);
+    present = static_cast<bool>(file);
+    std::string text(kMaxValueLength, '\0');
+    file.read(&text[0], static_cast<std::streamsize>(text.size()));
+    text.resize(present ? static_cast<std::size_t>(file.gcount()) : 0);
+    return text;
+}
+
+} // namespace
+
+void checkMembers(const json& object, std::initializer_list<const char*> required,
+                  std::initializer_list<const char*> allowed) {
+    if (!object.is_object()) throw badRequest("the request body must be a JSON object");
+    for (const auto& member : object.items()) {
+        if (std::none_of(allowed.begin(), allowed.end(), [&member](const char* name) { return member.key() == name; }))
+            throw badRequest("unknown key \"" + member.key() + "\"");
+    }
+    for (const char* name : required) {
+        if (!object.contains(name)) throw badRequest(std::string("missing key \"") + name + "\"");
+    }
+}
+
+json DevicePane::read() const {
+    const Emulator::DeviceConf conf = Emulator::DeviceConf::load(deviceDir_);
+    json systemInfo = json::array();
+    for (const auto& entry : conf.systemInfo) {
+        const auto label = systemInfoLabels().find(entry.first);
+        systemInfo.push_back({{"key", entry.first},
+                              {"type", typeName(entry.second.type)},
+                              {"value", valueText(entry.second)},
+                              {"label", label == systemInfoLabels().end() ? "" : label->second}});
+    }
+    json settings = json::array();
+    for (const std::string& key : Emulator::listSettings(deviceDir_)) {
+        Emulator::Setting setting;
+        if (Emulator::readSetting(deviceDir_, key, setting) != 0) continue; // removed meanwhile
+        settings.push_back({{"key", key}, {"type", Emulator::settingTypeName(setting.type)}, {"value", setting.value}});
+    }
+    bool markerPresent = false;
+    readVersionFile(deviceDir_ + "/rootfs" + kDevelopmentKeysMarker, markerPresent);
+    bool versionPresent = false;
+    const std::string version = readVersionFile(deviceDir_ + "/rootfs" + kVersionFile, versionPresent);
+    return {{"device", deviceDir_},
+            {"systemInfo", systemInfo},
+            {"settings", settings},
+            {"production", conf.production},
+            {"developmentKeys", markerPresent},
+            {"versionFile", versionPresent ? json(version) : json()}};
+}
+
+void DevicePane::apply(const json& change) const {
+    if (!change.is_object() || !change.contains("kind") || !change["kind"].is_string())
+        throw badRequest("a change is an object with a \"kind\"");
+    const std::string kind = change["kind"].get<std::string>();
+    if (kind == "system-info") return applySystemInfo(deviceDir_, change);
+    if (kind == "setting") return applySetting(deviceDir_, change);
+    if (kind == "production") {
+        checkMembers(change, {"kind", "value"}, {"kind", "value"});
+        return Emulator::setDeviceConfEntry(deviceDir_, "production", boolMember(change, "value") ? "true" : "false");
+    }
+    if (kind == "development-keys") {
+        checkMembers(change, {"kind", "value"}, {"kind", "value"});
+        if (boolMember(change, "value")) return Emulator::writeRootfsFile(deviceDir_, kDevelopmentKeysMarker, "");
+        return Emulator::removeRootfsFile(deviceDir_, kDevelopmentKeysMarker);
+    }
+    if (kind == "version-file") {
+        checkMembers(change, {"kind", "value"}, {"kind", "value"});
+        if (change["value"].is_null()) return Emulator::removeRootfsFile(deviceDir_, kVersionFile);
+        return Emulator::writeRootfsFile(deviceDir_, kVersionFile, stringMember(change, "value"));
+    }
+    throw badRequest("unknown kind \"" + kind + "\" (system-info, setting, production, development-keys, version-file)");
+}
+
+} // namespace Console
+} // namespace Tools
+} // namespace Orvo
