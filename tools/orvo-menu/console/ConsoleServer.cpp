@@ -96,7 +96,7 @@ std::map<std::string, std::string> queryOf(const httplib::Request& request) {
     std::map<std::string, std::string> query;
     for (const auto& parameter : request.params) {
         if (!query.emplace(parameter.first, parameter.second).second)
-            throw badRequest("parameter \"" + parameter.first + "\" given twice");
+            throw badRequest("parameter " + quoted(parameter.first) + " given twice");
     }
     return query;
 }
@@ -107,7 +107,9 @@ std::string defaultAssetsDirectory() { return MenuHost::executableDirectory() + 
 
 struct ConsoleServer::State {
     State(const MenuHost::Provider& provider, const ConsoleConfig& config)
-        : config(config), token(config.token.empty() ? randomToken() : config.token), session(provider),
+        : config(config),
+          token(config.token.empty() ? randomToken() : config.token),
+          session(provider),
           device(config.deviceDir) {}
 
     bool hostAllowed(const std::string& host) const {
@@ -121,21 +123,23 @@ struct ConsoleServer::State {
     // Empty when the request may go on, otherwise why it is refused.
     std::string refusal(const httplib::Request& request) const {
         const std::string host = request.get_header_value("Host");
-        if (!hostAllowed(host)) return "Host \"" + host + "\" is not this console";
+        if (!hostAllowed(host)) return "Host " + quoted(host) + " is not this console";
         if (request.has_header("Origin")) {
             const std::string origin = request.get_header_value("Origin");
             if (origin.compare(0, 7, "http://") != 0 || !hostAllowed(origin.substr(7)))
-                return "Origin \"" + origin + "\" is not this console";
+                return "Origin " + quoted(origin) + " is not this console";
         }
-        const std::string presented = request.has_param("token")          ? request.get_param_value("token")
-                                      : request.has_header(kTokenHeader) ? request.get_header_value(kTokenHeader)
-                                                                          : cookieValue(request.get_header_value("Cookie"), kTokenCookie);
+        const std::string presented = request.has_param("token") ? request.get_param_value("token")
+                                      : request.has_header(kTokenHeader)
+                                          ? request.get_header_value(kTokenHeader)
+                                          : cookieValue(request.get_header_value("Cookie"), kTokenCookie);
         if (!sameSecret(presented, token)) return "missing or wrong console token (use the URL the console printed)";
         return "";
     }
 
     // Runs a handler, answering a refused or failed request with its status and a one-line reason.
-    template <typename Handler> httplib::Server::Handler guarded(Handler handler) {
+    template <typename Handler>
+    httplib::Server::Handler guarded(Handler handler) {
         return [handler](const httplib::Request& request, httplib::Response& response) {
             try {
                 handler(request, response);

@@ -16,10 +16,10 @@ namespace Console {
 
 struct ConsoleConfig {
     std::string host = "127.0.0.1"; // the address to listen on
-    int port = 0;                    // 0: any free port
-    std::string deviceDir;           // the device whose facts and log the console shows
-    std::string assetsDir;           // index.html, console.css, console.js
-    std::string token;               // empty: a new random token
+    int port = 0;                   // 0: any free port
+    std::string deviceDir;          // the device whose facts and log the console shows
+    std::string assetsDir;          // index.html, console.css, console.js
+    std::string token;              // empty: a new random token
 };
 
 // <directory of the running executable>/../share/orvo-menu/console

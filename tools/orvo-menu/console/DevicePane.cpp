@@ -16,23 +16,31 @@ namespace Orvo {
 namespace Tools {
 namespace Console {
 
-using nlohmann::json;
 using Emulator::SystemInfoValue;
+using nlohmann::json;
 
 namespace {
 
 // What the known system-information keys mean on this television.
 const std::map<int, const char*>& systemInfoLabels() {
-    static const std::map<int, const char*> labels = {
-        {128, "software version"}, {8, "build date"},
-        {0, "model line"},         {133, "sub-microcontroller version"},
-        {564, "platform"},         {91, "chipset"},
-        {90, "localset"},          {301, "partition table"},
-        {77, "product code"},      {740, "PANE family"},
-        {869, "factory: fast USB booting"}, {890, "factory: OTA support"},
-        {902, "factory: OTN"},     {903, "factory: server type"},
-        {904, "factory: zone"},    {922, "factory: short OTA duration"},
-        {923, "factory: fail test"}, {10130, "factory: hotel OTN"}};
+    static const std::map<int, const char*> labels = {{128, "software version"},
+                                                      {8, "build date"},
+                                                      {0, "model line"},
+                                                      {133, "sub-microcontroller version"},
+                                                      {564, "platform"},
+                                                      {91, "chipset"},
+                                                      {90, "localset"},
+                                                      {301, "partition table"},
+                                                      {77, "product code"},
+                                                      {740, "PANE family"},
+                                                      {869, "factory: fast USB booting"},
+                                                      {890, "factory: OTA support"},
+                                                      {902, "factory: OTN"},
+                                                      {903, "factory: server type"},
+                                                      {904, "factory: zone"},
+                                                      {922, "factory: short OTA duration"},
+                                                      {923, "factory: fail test"},
+                                                      {10130, "factory: hotel OTN"}};
     return labels;
 }
 
@@ -84,7 +92,7 @@ bool boolMember(const json& change, const char* name) {
 }
 
 [[noreturn]] void refuseValue(const std::string& type, const std::string& value, const char* expected) {
-    throw badRequest("\"" + value + "\" is not a valid " + type + " value (" + expected + ")");
+    throw badRequest(quoted(value) + " is not a valid " + type + " value (" + expected + ")");
 }
 
 // The device.conf text of a system-information value, checked as the platform will read it.
@@ -105,14 +113,15 @@ std::string systemInfoEntry(const std::string& type, const std::string& value) {
         return "double " + value;
     }
     if (type == "error") {
-        if (!Emulator::parseInt(value, code) || code == 0) refuseValue(type, value, "a non-zero result code such as -5");
+        if (!Emulator::parseInt(value, code) || code == 0)
+            refuseValue(type, value, "a non-zero result code such as -5");
         return "error " + value;
     }
     if (type == "string") {
         if (value.find_first_of("\r\n") != std::string::npos) refuseValue(type, value, "one line");
         return "string " + value;
     }
-    throw badRequest("unknown system-info type \"" + type + "\" (int, bool, double, string or error)");
+    throw badRequest("unknown system-info type " + quoted(type) + " (int, bool, double, string or error)");
 }
 
 Emulator::Setting checkedSetting(const std::string& type, const std::string& value) {
@@ -132,7 +141,7 @@ Emulator::Setting checkedSetting(const std::string& type, const std::string& val
     } else if (type == "string") {
         setting = {Emulator::SettingType::String, value};
     } else {
-        throw badRequest("unknown setting type \"" + type + "\" (int, bool, double or string)");
+        throw badRequest("unknown setting type " + quoted(type) + " (int, bool, double or string)");
     }
     return setting;
 }
@@ -143,7 +152,7 @@ void checkSettingKey(const std::string& key) {
         return key.compare(0, std::char_traits<char>::length(prefix), prefix) == 0;
     });
     if (!prefixed || key.size() > 255 || key.find('\0') != std::string::npos || key.back() == '/')
-        throw badRequest("\"" + key + "\" is not a setting key (db/, file/ or memory/ followed by a name)");
+        throw badRequest(quoted(key) + " is not a setting key (db/, file/ or memory/ followed by a name)");
 }
 
 void applySystemInfo(const std::string& deviceDir, const json& change) {
@@ -180,7 +189,7 @@ void checkMembers(const json& object, std::initializer_list<const char*> require
     if (!object.is_object()) throw badRequest("the request body must be a JSON object");
     for (const auto& member : object.items()) {
         if (std::none_of(allowed.begin(), allowed.end(), [&member](const char* name) { return member.key() == name; }))
-            throw badRequest("unknown key \"" + member.key() + "\"");
+            throw badRequest("unknown key " + quoted(member.key()));
     }
     for (const char* name : required) {
         if (!object.contains(name)) throw badRequest(std::string("missing key \"") + name + "\"");
@@ -235,7 +244,8 @@ void DevicePane::apply(const json& change) const {
         if (change["value"].is_null()) return Emulator::removeRootfsFile(deviceDir_, kVersionFile);
         return Emulator::writeRootfsFile(deviceDir_, kVersionFile, stringMember(change, "value"));
     }
-    throw badRequest("unknown kind \"" + kind + "\" (system-info, setting, production, development-keys, version-file)");
+    throw badRequest("unknown kind " + quoted(kind) +
+                     " (system-info, setting, production, development-keys, version-file)");
 }
 
 } // namespace Console

@@ -15,8 +15,8 @@ namespace Orvo {
 namespace Tools {
 namespace Console {
 
-using nlohmann::json;
 using Emulator::LogRecord;
+using nlohmann::json;
 
 namespace {
 
@@ -42,7 +42,7 @@ std::vector<int> buffersOf(const std::string& names) {
     std::vector<int> buffers;
     for (const std::string& name : split(names, ",")) {
         const int buffer = Emulator::logBufferId(name);
-        if (buffer < 0) throw badRequest("unknown buffer \"" + name + "\" (main, radio, system or apps)");
+        if (buffer < 0) throw badRequest("unknown buffer " + quoted(name) + " (main, radio, system or apps)");
         if (std::find(buffers.begin(), buffers.end(), buffer) == buffers.end()) buffers.push_back(buffer);
     }
     if (buffers.empty()) throw badRequest("no buffer chosen");
@@ -59,7 +59,7 @@ std::vector<std::uint64_t> offsetsOf(const std::string& cursor) {
         valid = parts[i].size() <= 19 && parts[i].find_first_not_of("0123456789") == std::string::npos;
         if (valid) offsets[i] = std::stoull(parts[i]);
     }
-    if (!valid) throw badRequest("invalid cursor \"" + cursor + "\"");
+    if (!valid) throw badRequest("invalid cursor " + quoted(cursor));
     return offsets;
 }
 
@@ -77,13 +77,13 @@ json readLog(const std::string& deviceDir, const std::map<std::string, std::stri
     for (const auto& entry : query) {
         if (entry.first != "buffers" && entry.first != "filter" && entry.first != "format" && entry.first != "cursor" &&
             entry.first != "token")
-            throw badRequest("unknown parameter \"" + entry.first + "\"");
+            throw badRequest("unknown parameter " + quoted(entry.first));
     }
     const std::vector<int> buffers = buffersOf(parameter(query, "buffers", "main,system"));
     Emulator::LogFormat format = Emulator::LogFormat::Brief;
     const std::string formatName = parameter(query, "format", "brief");
     if (!Emulator::parseLogFormat(formatName, format))
-        throw badRequest("unknown format \"" + formatName + "\" (brief, threadtime, raw or json)");
+        throw badRequest("unknown format " + quoted(formatName) + " (brief, threadtime, raw or json)");
     std::vector<std::uint64_t> offsets = offsetsOf(parameter(query, "cursor", ""));
     const Emulator::LogFilter filter = filterOf(parameter(query, "filter", ""));
 

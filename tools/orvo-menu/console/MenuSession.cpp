@@ -34,7 +34,8 @@ void addLocalisedTexts(const BranchView& view, json& rows, std::size_t column, s
     const auto addItem = [&texts](const ItemView& item) {
         texts.emplace_back(item.id + "\ntitle", callText(item.title));
         const std::string value = shownValue(item);
-        if (item.kind == ItemKind::Toggle || item.kind == ItemKind::Value) texts.emplace_back(item.id + "\nvalue", value);
+        if (item.kind == ItemKind::Toggle || item.kind == ItemKind::Value)
+            texts.emplace_back(item.id + "\nvalue", value);
         texts.emplace_back(item.id + "\ndescription", plainText(item.description));
     };
     addItem(view.branch);
@@ -115,7 +116,8 @@ json MenuSession::press(const std::string& key) {
         return menuLocked();
     }
     const auto found = std::find_if(std::begin(keys), std::end(keys), [&key](const auto& k) { return key == k.first; });
-    if (found == std::end(keys)) throw badRequest("unknown key \"" + key + "\" (Up, Down, Enter, Info, Back, Refresh)");
+    if (found == std::end(keys))
+        throw badRequest("unknown key " + quoted(key) + " (Up, Down, Enter, Info, Back, Refresh)");
     if (!open_) {
         // Opening the branch again starts as the terminal menu does: read afresh, first item.
         open_ = true;
@@ -137,7 +139,7 @@ void MenuSession::selectLanguage(const std::string& language) {
     std::lock_guard<std::mutex> lock(mutex_);
     const std::vector<std::string> known = catalogueLanguages();
     if (std::find(known.begin(), known.end(), language) == known.end())
-        throw badRequest("no catalogue for language \"" + language + "\"");
+        throw badRequest("no catalogue for language " + quoted(language));
     MenuHost::selectLanguage(language);
     screen_.view = readBranch(provider_);
     screen_.status = "Language: " + language;

@@ -62,12 +62,11 @@ function renderMenu(menu) {
   $("language").value = menu.language;
 }
 
-async function press(key) {
-  try {
-    renderMenu(await api("/api/key", { key }));
-  } catch (error) {
-    $("status").textContent = error.message;
-  }
+// Keys go to the console one after another, in the order they were pressed, as on a remote.
+let keyQueue = Promise.resolve();
+function press(key) {
+  keyQueue = keyQueue.then(() => api("/api/key", { key })).then(renderMenu,
+    (error) => ($("status").textContent = error.message));
 }
 
 const keyboard = { ArrowUp: "Up", ArrowDown: "Down", Enter: "Enter", i: "Info", Backspace: "Back", Escape: "Back", r: "Refresh" };

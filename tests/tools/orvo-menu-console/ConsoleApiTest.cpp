@@ -1,0 +1,399 @@
+// The device console's HTTP API, without a browser: a ConsoleServer on the sandbox's fresh
+// device with the real plug-in, driven through an HTTP client as the page drives it.
+
+#include "ConsoleServer.h"
+#include "DevicePane.h"
+#include "Language.h"
+#include "LogFormat.h"
+#include "MenuSession.h"
+#include "orvo/device/DeviceConf.h"
+#include "orvo/device/SettingsStore.h"
+#include "orvo/testing/TestUtil.h"
+
+#include <dlog.h>
+#include <gtest/gtest.h>
+#include <httplib.h>
+#include <nlohmann/json.hpp>
+
+#include <fstream>
+#include <sstream>
+#include <thread>
+
+namespace Orvo::Testing {
+namespace {
+
+using nlohmann::json;
+using namespace Tools;
+
+constexpr const char* kAutoUpdate = "db/menu/support/softwareupdate/autoupdate";
+
+std::string fileText(const std::string& path) {
+    std::ifstream file(path);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+// Everything a refused request must leave as it was.
+std::string deviceSnapshot(const TestDevice& device) {
+    std::string snapshot = fileText(device.dir() + "/device.conf");
+    for (const std::string& key : Emulator::listSettings(device.dir())) {
+        Emulator::Setting setting;
+        Emulator::readSetting(device.dir(), key, setting);
+        snapshot += key + "=" + setting.value + "\n";
+    }
+    return snapshot + fileText(device.rootfsPath("/common/version.txt"));
+}
+
+class ConsoleApi : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(inSandbox()) << "the console reads the device through its absolute paths";
+        server = std::make_unique<Console::ConsoleServer>(
+            provider, Console::ConsoleConfig{"127.0.0.1", 0, device.dir(), ORVO_CONSOLE_ASSETS, ""});
+        serving = std::thread([this] { server->run(); });
+        client = std::make_unique<httplib::Client>("127.0.0.1", server->port());
+        client->set_default_headers({{"X-Console-Token", server->token()}});
+        for (int i = 0; i < 200 && !client->Get("/api/menu"); ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    void TearDown() override {
+        server->stop();
+        serving.join();
+    }
+
+    json get(const std::string& path, int status = 200) {
+        const httplib::Result result = client->Get(path.c_str());
+        EXPECT_TRUE(result) << path;
+        if (!result) return json();
+        EXPECT_EQ(result->status, status) << path << ": " << result->body;
+        return json::parse(result->body);
+    }
+    json post(const std::string& path, const std::string& body, int status = 200) {
+        const httplib::Result result = client->Post(path.c_str(), body, "application/json");
+        EXPECT_TRUE(result) << path;
+        if (!result) return json();
+        EXPECT_EQ(result->status, status) << body << ": " << result->body;
+        return json::parse(result->body);
+    }
+    json press(const std::string& key) { return post("/api/key", json{{"key", key}}.dump()); }
+
+    TestDevice device;
+    const bool english = (MenuHost::selectLanguage("en"), true); // as orvo-menu starts
+    const MenuHost::PluginLibrary library{ORVO_MENU_PLUGIN};
+    const MenuHost::Provider provider{library};
+    std::unique_ptr<Console::ConsoleServer> server;
+    std::thread serving;
+    std::unique_ptr<httplib::Client> client;
+};
+
+TEST_F(ConsoleApi, EveryRequestNeedsTheTokenTheConsolesHostAndNoForeignOrigin) {
+    const std::string port = std::to_string(server->port());
+    const std::string own = "127.0.0.1:" + port;
+    const struct {
+        const char* what;
+        httplib::Headers headers;
+        int status;
+    } cases[] = {
+        {"no token", {{"Host", own}}, 403},
+        {"wrong token", {{"Host", own}, {"X-Console-Token", server->token() + "0"}}, 403},
+        {"token as header", {{"Host", own}, {"X-Console-Token", server->token()}}, 200},
+        {"token as cookie", {{"Host", own}, {"Cookie", "a=b; orvo_console_token=" + server->token()}}, 200},
+        {"localhost", {{"Host", "localhost:" + port}, {"X-Console-Token", server->token()}}, 200},
+        {"rebound name", {{"Host", "attacker.example:" + port}, {"X-Console-Token", server->token()}}, 403},
+        {"other port", {{"Host", "127.0.0.1:1"}, {"X-Console-Token", server->token()}}, 403},
+        {"own origin", {{"Host", own}, {"Origin", "http://" + own}, {"X-Console-Token", server->token()}}, 200},
+        {"foreign origin",
+         {{"Host", own}, {"Origin", "http://attacker.example"}, {"X-Console-Token", server->token()}},
+         403},
+        {"null origin", {{"Host", own}, {"Origin", "null"}, {"X-Console-Token", server->token()}}, 403},
+    };
+    const char* const pages[] = {"/",           "/console.css", "/console.js",      "/api/menu",
+                                 "/api/device", "/api/log",     "/api/localisation"};
+    httplib::Client bare("127.0.0.1", server->port());
+    for (const auto& c : cases) {
+        for (const char* page : pages) {
+            const httplib::Result result = bare.Get(page, c.headers);
+            ASSERT_TRUE(result);
+            EXPECT_EQ(result->status, c.status) << c.what << " " << page << ": " << result->body;
+        }
+        // Changes are refused alike, and refused ones change nothing.
+        const std::string before = deviceSnapshot(device);
+        const httplib::Result key = bare.Post("/api/key", c.headers, R"({"key":"Down"})", "application/json");
+        const httplib::Result change =
+            bare.Post("/api/device", c.headers, R"({"kind":"setting","key":"db/x","type":"int","value":"1"})",
+                      "application/json");
+        ASSERT_TRUE(key && change);
+        EXPECT_EQ(key->status, c.status) << c.what;
+        EXPECT_EQ(change->status, c.status) << c.what;
+        if (c.status == 403) {
+            EXPECT_EQ(deviceSnapshot(device), before) << c.what;
+            EXPECT_NE(json::parse(key->body).value("error", ""), "") << c.what;
+        }
+        Emulator::removeSetting(device.dir(), "db/x");
+    }
+    EXPECT_EQ(get("/api/menu")["selected"], 4); // the four accepted Down presses only
+    // The page's URL carries the token once; the page then keeps it in a cookie.
+    const httplib::Result page = bare.Get(("/?token=" + server->token()).c_str());
+    ASSERT_TRUE(page);
+    EXPECT_EQ(page->status, 200);
+    EXPECT_NE(page->get_header_value("Set-Cookie").find("orvo_console_token=" + server->token()), std::string::npos);
+    EXPECT_EQ(server->url(), "http://127.0.0.1:" + port + "/?token=" + server->token());
+}
+
+TEST_F(ConsoleApi, KeysDriveTheMenuAsTheTerminalMenuDoes) {
+    json menu = get("/api/menu");
+    ASSERT_EQ(menu["items"].size(), 5u);
+    EXPECT_EQ(menu["title"], provider.title(MenuHost::kBranchId).text.value());
+    EXPECT_EQ(press("Up")["selected"], 0);
+    for (int i = 0; i < 6; ++i)
+        menu = press("Down");
+    EXPECT_EQ(menu["selected"], 4);
+    press("Up");
+    menu = press("Up");
+    EXPECT_EQ(menu["items"][2]["id"], kAutoUpdate);
+    EXPECT_EQ(menu["items"][2]["on"], true);
+
+    menu = press("Enter"); // setIntValue through the plug-in, then the branch is read again
+    EXPECT_EQ(menu["items"][2]["on"], false);
+    EXPECT_EQ(menu["status"], "Auto Update: Off");
+    Emulator::Setting stored;
+    ASSERT_EQ(Emulator::readSetting(device.dir(), kAutoUpdate, stored), 0);
+    EXPECT_EQ(stored.value, "0");
+
+    const std::string help = menu["description"];
+    menu = press("Info");
+    EXPECT_EQ(menu["description"].get<std::string>().rfind("SW Version: T-KTM2DEUC-1302.5\n", 0), 0u) << menu;
+    EXPECT_EQ(press("Down")["description"], menu["description"]); // moving reads nothing again
+    EXPECT_EQ(press("Refresh")["description"], help);             // the detailed block came once
+
+    menu = press("Back");
+    EXPECT_EQ(menu["open"], false);
+    menu = press("Down"); // any key opens the branch again, on its first item
+    EXPECT_EQ(menu["open"], true);
+    EXPECT_EQ(menu["selected"], 0);
+}
+
+TEST_F(ConsoleApi, ValidChangesAreWrittenAndTheMenuShowsThemAtOnce) {
+    json answer =
+        post("/api/device", R"({"kind":"system-info","key":128,"type":"string","value":"T-KTM2DEUC-1410.2"})");
+    EXPECT_NE(answer["menu"]["description"].get<std::string>().find("Current version: 1410"), std::string::npos);
+
+    const struct {
+        const char* change;
+        const char* entry; // system-info key or other fact to check
+        const char* expected;
+    } changes[] = {
+        {R"({"kind":"system-info","key":77,"type":"int","value":"-3"})", "77", "int -3"},
+        {R"({"kind":"system-info","key":740,"type":"bool","value":"true"})", "740", "bool true"},
+        {R"({"kind":"system-info","key":12,"type":"double","value":"2.5"})", "12", "double 2.5"},
+        {R"({"kind":"system-info","key":869,"type":"error","value":"-5"})", "869", "error -5"},
+        {R"({"kind":"system-info","key":8,"type":"string","value":""})", "8", "string "},
+        {R"({"kind":"production","value":true})", "production", "true"},
+    };
+    for (const auto& c : changes) {
+        post("/api/device", c.change);
+        const std::string conf = fileText(device.dir() + "/device.conf");
+        const std::string name =
+            std::string(c.entry) == "production" ? "production" : std::string("system-info.") + c.entry;
+        EXPECT_NE(conf.find("\n" + name + " = " + c.expected + "\n"), std::string::npos) << c.change << "\n" << conf;
+    }
+    const json facts = get("/api/device");
+    EXPECT_EQ(facts["production"], true);
+    EXPECT_EQ(Emulator::DeviceConf::load(device.dir()).systemInfo.at(869).errorCode, -5);
+    EXPECT_NE(fileText(device.dir() + "/device.conf").find("# Platform directory roots."), std::string::npos)
+        << "comments stay";
+
+    const struct {
+        const char* type;
+        const char* value;
+        const char* stored;
+    } settings[] = {{"int", "-42", "-42"},
+                    {"bool", "true", "1"},
+                    {"double", "0.1", "0.10000000000000001"},
+                    {"string", "two\nlines", "two\nlines"}};
+    for (const auto& s : settings) {
+        post("/api/device",
+             json{{"kind", "setting"}, {"key", "memory/console/x"}, {"type", s.type}, {"value", s.value}}.dump());
+        Emulator::Setting stored;
+        ASSERT_EQ(Emulator::readSetting(device.dir(), "memory/console/x", stored), 0);
+        EXPECT_EQ(stored.value, s.stored) << s.type;
+        EXPECT_STREQ(Emulator::settingTypeName(stored.type), s.type);
+    }
+
+    post("/api/device", R"({"kind":"development-keys","value":false})");
+    post("/api/device", R"({"kind":"version-file","value":"18.001.0 2024-01-01"})");
+    answer = press("Info");
+    EXPECT_EQ(answer["description"], "SW Version: T-KTM2DEUC-1410.2\nCommon version: 18.001.0");
+    post("/api/device", R"({"kind":"version-file","value":null})");
+    EXPECT_EQ(get("/api/device")["versionFile"], nullptr);
+    EXPECT_EQ(get("/api/device")["developmentKeys"], false);
+
+    answer = post("/api/device", R"({"kind":"language","value":"de"})");
+    EXPECT_EQ(answer["menu"]["title"], "Software-Update");
+    EXPECT_EQ(get("/api/device")["language"], "de");
+}
+
+TEST_F(ConsoleApi, BadInputIsRefusedWithOneLineAndChangesNothing) {
+    const std::string tooLong(Console::kMaxValueLength + 1, 'x');
+    const struct {
+        const char* path;
+        std::string body;
+        int status;
+        const char* reason; // part of the one-line error
+    } cases[] = {
+        {"/api/device", "{\"kind\":", 400, "bad JSON"},
+        {"/api/device", "[1,2]", 400, "\"kind\""},
+        {"/api/device", R"({"kind":"production","value":true,"extra":1})", 400, "unknown key \"extra\""},
+        {"/api/device", R"({"kind":"setting","key":"db/a","type":"int"})", 400, "missing key \"value\""},
+        {"/api/device", R"({"kind":"setting","key":"db/a","type":"int","value":"12x"})", 400, "not a valid int"},
+        {"/api/device", R"({"kind":"setting","key":"db/a","type":"int","value":"99999999999"})", 400,
+         "not a valid int"},
+        {"/api/device", R"({"kind":"setting","key":"db/a","type":"bool","value":"yes"})", 400, "not a valid bool"},
+        {"/api/device", R"({"kind":"setting","key":"db/a","type":"long","value":"1"})", 400, "unknown setting type"},
+        {"/api/device", R"({"kind":"setting","key":"etc/a","type":"int","value":"1"})", 400, "not a setting key"},
+        {"/api/device", R"({"kind":"setting","key":"db/a","type":"int","value":1})", 400, "must be a string"},
+        {"/api/device", "{\"kind\":\"setting\",\"key\":\"db/a\",\"type\":\"string\",\"value\":\"" + tooLong + "\"}",
+         400, "longer than 4096 bytes"},
+        {"/api/device", R"({"kind":"system-info","key":128,"type":"string","value":"a\nb"})", 400, "one line"},
+        {"/api/device", R"({"kind":"system-info","key":869,"type":"error","value":"0"})", 400, "not a valid error"},
+        {"/api/device", R"({"kind":"system-info","key":12,"type":"double","value":"2,5"})", 400, "not a valid double"},
+        {"/api/device", R"({"kind":"system-info","key":-1,"type":"int","value":"1"})", 400, "key number"},
+        {"/api/device", R"({"kind":"system-info","key":"128","type":"int","value":"1"})", 400, "key number"},
+        {"/api/device", R"({"kind":"production","value":"true"})", 400, "true or false"},
+        {"/api/device", R"({"kind":"reboot"})", 400, "unknown kind"},
+        {"/api/device", R"({"kind":"language","value":"xx"})", 400, "no catalogue"},
+        {"/api/device", "{\"kind\":\"version-file\",\"value\":\"" + tooLong + "\"}", 400, "longer than"},
+        {"/api/key", R"({"key":"Home"})", 400, "unknown key \"Home\""},
+        {"/api/key", R"({"key":"Down","repeat":2})", 400, "unknown key \"repeat\""},
+        {"/api/key", R"({"key":["Down"]})", 400, "name of a key"},
+        {"/api/key", std::string(70 * 1024, ' '), 413, ""},
+        {"/api/nothing", "{}", 404, "no such page"},
+    };
+    const std::string before = deviceSnapshot(device);
+    for (const auto& c : cases) {
+        const httplib::Result result = client->Post(c.path, c.body, "application/json");
+        ASSERT_TRUE(result) << c.body.substr(0, 80);
+        EXPECT_EQ(result->status, c.status) << c.body.substr(0, 80) << ": " << result->body;
+        if (c.status != 413) {
+            const std::string error = json::parse(result->body).value("error", "");
+            EXPECT_NE(error.find(c.reason), std::string::npos) << c.body.substr(0, 80) << ": " << error;
+            EXPECT_EQ(error.find('\n'), std::string::npos) << error;
+        }
+    }
+    const httplib::Result form = client->Post("/api/key", "key=Down", "application/x-www-form-urlencoded");
+    ASSERT_TRUE(form);
+    EXPECT_EQ(form->status, 415);
+    EXPECT_EQ(deviceSnapshot(device), before);
+    EXPECT_EQ(get("/api/menu")["selected"], 0);
+    EXPECT_EQ(get("/api/menu")["language"], "en");
+}
+
+TEST_F(ConsoleApi, LogShowsNewRecordsFilteredAndLaidOutAsDlogutil) {
+    device.clearLogs();
+    json log = get("/api/log?buffers=main&format=brief");
+    const std::string cursor = log["cursor"];
+    ASSERT_TRUE(log["records"].empty()) << log;
+    const char* const messages[] = {"first", "second"};
+    for (const char* message : messages)
+        Emulator::appendLogRecord(device.dir(), LOG_ID_MAIN, DLOG_INFO, "ConsoleTest", message, std::strlen(message));
+    Emulator::appendLogRecord(device.dir(), LOG_ID_MAIN, DLOG_DEBUG, "ConsoleTest", "quiet", 5);
+    Emulator::appendLogRecord(device.dir(), LOG_ID_RADIO, DLOG_ERROR, "Radio", "elsewhere", 9);
+
+    const std::vector<Emulator::LogRecord> records = device.logRecords(LOG_ID_MAIN);
+    ASSERT_EQ(records.size(), 3u);
+    for (const char* format : {"brief", "threadtime", "raw", "json"}) {
+        Emulator::LogFormat layout;
+        ASSERT_TRUE(Emulator::parseLogFormat(format, layout));
+        log = get("/api/log?buffers=main&format=" + std::string(format) + "&cursor=" + cursor);
+        ASSERT_EQ(log["records"].size(), 2u) << format << log; // *:I by default
+        const std::string expected = Emulator::formatLogRecord(records[1], layout);
+        EXPECT_EQ(log["records"][1]["text"].get<std::string>() + "\n", expected) << format;
+    }
+    const std::string next = log["cursor"];
+    EXPECT_TRUE(get("/api/log?buffers=main&cursor=" + next)["records"].empty()) << "only new records";
+    EXPECT_EQ(get("/api/log?buffers=main&filter=ConsoleTest:D&cursor=" + cursor)["records"].size(), 3u);
+    EXPECT_EQ(get("/api/log?buffers=main&filter=ConsoleTest:S,*:V&cursor=" + cursor)["records"].size(), 0u);
+    log = get("/api/log?buffers=radio,main&filter=Radio:E%20ConsoleTest:I&cursor=" + cursor);
+    ASSERT_EQ(log["records"].size(), 3u);
+    EXPECT_EQ(log["records"][2]["buffer"], "radio");
+
+    const char* const bad[] = {
+        "/api/log?buffers=kernel", "/api/log?format=xml", "/api/log?filter=Tag:Q",          "/api/log?cursor=1,2",
+        "/api/log?cursor=a,b,c,d", "/api/log?since=0",    "/api/log?format=raw&format=json"};
+    for (const char* query : bad)
+        EXPECT_NE(get(query, 400).value("error", ""), "") << query;
+}
+
+TEST_F(ConsoleApi, LocalisationShowsTheBranchInEveryCatalogueLanguage) {
+    const json view = get("/api/localisation");
+    EXPECT_EQ(view["languages"], json({"de", "en", "fr"}));
+    EXPECT_EQ(view["widths"]["title"], Console::FieldWidths().title);
+    // Titles and descriptions of the branch and its five items, and the three value texts.
+    ASSERT_EQ(view["rows"].size(), 6u * 2 + 3);
+    EXPECT_EQ(view["rows"][0]["id"], MenuHost::kBranchId);
+    EXPECT_EQ(view["rows"][0]["field"], "title");
+    EXPECT_EQ(view["rows"][0]["texts"][0]["text"], "Software-Update");
+    EXPECT_EQ(view["rows"][0]["texts"][1]["text"], "Software Update");
+    for (const json& row : view["rows"])
+        for (const json& text : row["texts"])
+            EXPECT_EQ(text["rawId"], false) << row;
+    EXPECT_EQ(get("/api/menu")["language"], "en") << "the view leaves the menu's language alone";
+}
+
+TEST_F(ConsoleApi, ConcurrentEditsLoseNothingAndTearNothing) {
+    constexpr int kWriters = 6;
+    constexpr int kRounds = 15;
+    const Emulator::DeviceConf before = Emulator::DeviceConf::load(device.dir());
+    std::vector<std::thread> writers;
+    for (int w = 0; w < kWriters; ++w) {
+        writers.emplace_back([this, w] {
+            httplib::Client own("127.0.0.1", server->port());
+            own.set_default_headers({{"X-Console-Token", server->token()}});
+            for (int round = 0; round < kRounds; ++round) {
+                const std::string value = std::to_string(w * 1000 + round);
+                const std::string fact =
+                    json{{"kind", "system-info"}, {"key", 5000 + w}, {"type", "int"}, {"value", value}}.dump();
+                const std::string setting = json{{"kind", "setting"},
+                                                 {"key", "db/console/shared"},
+                                                 {"type", "string"},
+                                                 {"value", std::string(3000, static_cast<char>('a' + w))}}
+                                                .dump();
+                const httplib::Result a = own.Post("/api/device", fact, "application/json");
+                const httplib::Result b = own.Post("/api/device", setting, "application/json");
+                const httplib::Result c = own.Post("/api/key", R"({"key":"Enter"})", "application/json");
+                EXPECT_TRUE(a && a->status == 200 && b && b->status == 200 && c && c->status == 200);
+            }
+        });
+    }
+    for (std::thread& writer : writers)
+        writer.join();
+
+    const Emulator::DeviceConf after = Emulator::DeviceConf::load(device.dir());
+    for (int w = 0; w < kWriters; ++w) {
+        ASSERT_TRUE(after.systemInfo.count(5000 + w)) << "the last change of writer " << w << " was lost";
+        EXPECT_EQ(after.systemInfo.at(5000 + w).intValue, w * 1000 + kRounds - 1);
+    }
+    EXPECT_EQ(after.systemInfo.size(), before.systemInfo.size() + kWriters) << "an entry was lost";
+    Emulator::Setting shared;
+    ASSERT_EQ(Emulator::readSetting(device.dir(), "db/console/shared", shared), 0);
+    EXPECT_EQ(shared.value, std::string(3000, shared.value.at(0))) << "a setting was torn";
+    // Every Enter flipped Auto Update exactly once, whichever thread pressed it.
+    Emulator::Setting autoUpdate;
+    ASSERT_EQ(Emulator::readSetting(device.dir(), kAutoUpdate, autoUpdate), 0);
+    EXPECT_EQ(autoUpdate.value, (kWriters * kRounds) % 2 == 0 ? "1" : "0");
+}
+
+TEST(ConsoleText, RawMessageIdsAreRecognised) {
+    const std::pair<const char*, bool> cases[] = {{"COM_AUTO_UPDATE", true}, {"TV_SID_UPDATE_UPDATE_CHANNELS", true},
+                                                  {"COM_MIX_NEW_VER", true}, {"Auto Update", false},
+                                                  {"T-KTM2DEUC", false},     {"UPDATE", false},
+                                                  {"_COM", false},           {"COM__X", false},
+                                                  {"COM_", false},           {"", false},
+                                                  {"Com_Auto", false}};
+    for (const auto& c : cases)
+        EXPECT_EQ(Console::looksLikeMessageId(c.first), c.second) << c.first;
+}
+
+} // namespace
+} // namespace Orvo::Testing
