@@ -218,6 +218,7 @@ ConsoleServer::ConsoleServer(const MenuHost::Provider& provider, const ConsoleCo
         state.assets[asset.path] = readAsset(dir + "/" + asset.file);
     state.server.set_payload_max_length(kMaxBodyLength);
     state.server.set_tcp_nodelay(true); // a key's answer is one small write: no waiting for more
+    state.server.set_keep_alive_timeout(1); // Ctrl-C waits for idle browser connections this long
     state.server.set_default_headers({{"Cache-Control", "no-store"},
                                       {"X-Content-Type-Options", "nosniff"},
                                       {"Referrer-Policy", "no-referrer"},
