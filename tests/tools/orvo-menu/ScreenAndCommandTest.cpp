@@ -60,16 +60,30 @@ TEST(OrvoMenuScript, RejectsBadLinesNamingTheLine) {
 
 TEST(OrvoMenuOptions, RejectsMisuse) {
     const std::vector<std::vector<std::string>> misuses = {
-        {"--plugin"},        {"--bogus"},
-        {"dance"},           {"check", "extra"},
-        {"show", "a", "b"},  {"show", "--json", "menu/x"},
-        {"check", "--json"}, {"--width", "5"},
-        {"--file", "f"},     {"script", "show", "--file", "f"},
-        {"--language", ""},  {"--language="},
-        {"--json=1"},        {"show", "menu/no/such/item"},
+        {"--plugin"},
+        {"--bogus"},
+        {"dance"},
+        {"check", "extra"},
+        {"show", "a", "b"},
+        {"show", "--json", "menu/x"},
+        {"check", "--json"},
+        {"--width", "5"},
+        {"--file", "f"},
+        {"script", "show", "--file", "f"},
+        {"--language", ""},
+        {"--language="},
+        {"--json=1"},
+        {"show", "menu/no/such/item"},
+        {"serve", "extra"},
+        {"--port", "65536"},
+        {"serve", "--port", "80x"},
     };
     for (const auto& misuse : misuses)
         EXPECT_THROW(parseOptions(misuse), UsageError) << misuse.back();
+    const Options serve = parseOptions({"serve", "--port", "8080", "--listen", "0.0.0.0"});
+    EXPECT_EQ(serve.command, "serve");
+    EXPECT_EQ(serve.port, 8080);
+    EXPECT_EQ(serve.listen, "0.0.0.0");
 }
 
 } // namespace Orvo::Tools::MenuHost
