@@ -7,6 +7,7 @@
 
 #include "Provider.h"
 
+#include <iosfwd>
 #include <memory>
 #include <string>
 
