@@ -7,7 +7,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <cstring>
 #include <stdexcept>
 
 namespace Orvo {
@@ -17,7 +16,7 @@ namespace {
 const std::size_t kMaxConfSize = 1024 * 1024;
 
 [[noreturn]] void fail(const std::string& what, int error) {
-    throw std::runtime_error(what + ": " + std::strerror(error));
+    throw std::runtime_error(what + ": " + describeFileError(error));
 }
 
 // Holds an exclusive flock on the device directory: device.conf itself is replaced by every
@@ -91,13 +90,18 @@ void setDeviceConfEntry(const std::string& deviceDir, const std::string& name, c
 }
 
 void writeRootfsFile(const std::string& deviceDir, const std::string& devicePath, const std::string& content) {
+    const std::string base = deviceDir + "/rootfs";
     const std::string path = rootfsPath(deviceDir, devicePath);
-    if (!makeDirectories(path.substr(0, path.rfind('/'))) || !replaceFileAtomically(path, content))
+    const std::string directory = path.substr(0, path.rfind('/'));
+    // No link in the way is followed: it could lead out of the device.
+    if (!staysBeneath(base.c_str(), path.c_str()) || (directory != base && !makeDirectoriesBeneath(base, directory)) ||
+        !replaceFileAtomically(path, content))
         fail("cannot write " + devicePath, errno);
 }
 
 void removeRootfsFile(const std::string& deviceDir, const std::string& devicePath) {
     const std::string path = rootfsPath(deviceDir, devicePath);
+    if (!staysBeneath((deviceDir + "/rootfs").c_str(), path.c_str())) fail("cannot remove " + devicePath, errno);
     if (!removeFileDurably(path) && errno != ENOENT) fail("cannot remove " + devicePath, errno);
 }
 

@@ -5,6 +5,7 @@
 #include "orvo/testing/TestUtil.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -59,6 +60,13 @@ TEST(DeviceEdits, WhatIsNotAnEntryOrADevicePathIsRefused) {
     EXPECT_EQ(confText(dir), "production = false\n");
     for (const char* path : {"common/version.txt", "/common/../../device.conf", "/common/..", ""})
         EXPECT_THROW(Emulator::writeRootfsFile(dir.path(), path, "x"), std::runtime_error) << path;
+    // A link in the way could lead out of the device: it is not followed.
+    const TemporaryDirectory outside;
+    ASSERT_EQ(::mkdir((dir.path() + "/rootfs").c_str(), 0755), 0);
+    ASSERT_EQ(::symlink(outside.path().c_str(), (dir.path() + "/rootfs/usr").c_str()), 0);
+    EXPECT_THROW(Emulator::writeRootfsFile(dir.path(), "/usr/share/x", "x"), std::runtime_error);
+    EXPECT_THROW(Emulator::removeRootfsFile(dir.path(), "/usr/x"), std::runtime_error);
+    EXPECT_FALSE(std::ifstream(outside.path() + "/share/x").good());
     Emulator::writeRootfsFile(dir.path(), "/common/version.txt", "1.0 x");
     EXPECT_TRUE(std::ifstream(dir.path() + "/rootfs/common/version.txt").good());
     Emulator::removeRootfsFile(dir.path(), "/common/version.txt");
