@@ -12,6 +12,7 @@
 #include <pthread.h>
 #include <signal.h>
 
+#include <csignal>
 #include <fstream>
 #include <iostream>
 #include <random>
@@ -217,7 +218,7 @@ ConsoleServer::ConsoleServer(const MenuHost::Provider& provider, const ConsoleCo
     for (const Asset& asset : kAssets)
         state.assets[asset.path] = readAsset(dir + "/" + asset.file);
     state.server.set_payload_max_length(kMaxBodyLength);
-    state.server.set_tcp_nodelay(true); // a key's answer is one small write: no waiting for more
+    state.server.set_tcp_nodelay(true);     // a key's answer is one small write: no waiting for more
     state.server.set_keep_alive_timeout(1); // Ctrl-C waits for idle browser connections this long
     state.server.set_default_headers({{"Cache-Control", "no-store"},
                                       {"X-Content-Type-Options", "nosniff"},
@@ -258,11 +259,15 @@ void ConsoleServer::stop() { state_->server.stop(); }
 
 int serveUntilInterrupted(const MenuHost::Provider& provider, const ConsoleConfig& config, std::ostream& out) {
     // The server's threads inherit the mask; one thread takes the signals and stops the server.
+    // A shell starts background jobs with SIGINT ignored, and an ignored signal never reaches
+    // sigwait: the default disposition is restored first (the signals are blocked meanwhile).
     sigset_t signals;
     sigemptyset(&signals);
     sigaddset(&signals, SIGINT);
     sigaddset(&signals, SIGTERM);
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    std::signal(SIGINT, SIG_DFL);
+    std::signal(SIGTERM, SIG_DFL);
     ConsoleServer server(provider, config);
     out << server.url() << std::endl;
     std::thread waiter([&server, &signals] {
