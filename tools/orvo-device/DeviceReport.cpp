@@ -1,42 +1,18 @@
 #include "DeviceReport.h"
 
+#include "SystemInfoKeys.h"
+
 #include "orvo/device/DeviceConf.h"
 #include "orvo/device/LogStore.h"
 #include "orvo/device/SettingsStore.h"
 
 #include <cstdio>
 #include <ctime>
-#include <map>
 #include <vector>
 
 namespace Orvo {
 namespace Emulator {
 namespace {
-
-const std::map<int, const char*>& systemInfoNames() {
-    static const std::map<int, const char*> names = {
-        {0, "model line"},
-        {8, "build date"},
-        {77, "product code"},
-        {90, "localset"},
-        {91, "chipset"},
-        {128, "software version"},
-        {133, "sub-micom version"},
-        {301, "partition table"},
-        {564, "platform type"},
-        {620, "China model line"},
-        {740, "PANE family"},
-        {869, "fast USB booting"},
-        {890, "factory OTA"},
-        {902, "OTN on"},
-        {903, "OTN server type"},
-        {904, "OTN test server"},
-        {922, "short OTA duration"},
-        {923, "fail test"},
-        {10130, "hotel OTN update"},
-    };
-    return names;
-}
 
 std::string describe(const SystemInfoValue& value) {
     switch (value.type) {
@@ -61,9 +37,8 @@ void printFacts(std::ostream& out, const std::string& deviceDir) {
     const DeviceConf conf = DeviceConf::load(deviceDir);
     out << "System information (device.conf)\n";
     for (const auto& entry : conf.systemInfo) {
-        const auto name = systemInfoNames().find(entry.first);
         char key[64];
-        std::snprintf(key, sizeof key, "%6d %-20s", entry.first, name == systemInfoNames().end() ? "" : name->second);
+        std::snprintf(key, sizeof key, "%6d %-28s", entry.first, Tools::systemInfoKeyMeaning(entry.first));
         out << "  " << key << describe(entry.second) << "\n";
     }
     out << "Platform roots\n";

@@ -1,6 +1,7 @@
 #include "DevicePane.h"
 
 #include "ConsoleError.h"
+#include "SystemInfoKeys.h"
 
 #include "orvo/device/DeviceConf.h"
 #include "orvo/device/DeviceEdits.h"
@@ -9,7 +10,6 @@
 
 #include <algorithm>
 #include <fstream>
-#include <map>
 #include <vector>
 
 namespace Orvo {
@@ -20,29 +20,6 @@ using Emulator::SystemInfoValue;
 using nlohmann::json;
 
 namespace {
-
-// What the known system-information keys mean on this television.
-const std::map<int, const char*>& systemInfoLabels() {
-    static const std::map<int, const char*> labels = {{128, "software version"},
-                                                      {8, "build date"},
-                                                      {0, "model line"},
-                                                      {133, "sub-microcontroller version"},
-                                                      {564, "platform"},
-                                                      {91, "chipset"},
-                                                      {90, "localset"},
-                                                      {301, "partition table"},
-                                                      {77, "product code"},
-                                                      {740, "PANE family"},
-                                                      {869, "factory: fast USB booting"},
-                                                      {890, "factory: OTA support"},
-                                                      {902, "factory: OTN"},
-                                                      {903, "factory: server type"},
-                                                      {904, "factory: zone"},
-                                                      {922, "factory: short OTA duration"},
-                                                      {923, "factory: fail test"},
-                                                      {10130, "factory: hotel OTN"}};
-    return labels;
-}
 
 const char* typeName(SystemInfoValue::Type type) {
     switch (type) {
@@ -200,11 +177,10 @@ json DevicePane::read() const {
     const Emulator::DeviceConf conf = Emulator::DeviceConf::load(deviceDir_);
     json systemInfo = json::array();
     for (const auto& entry : conf.systemInfo) {
-        const auto label = systemInfoLabels().find(entry.first);
         systemInfo.push_back({{"key", entry.first},
                               {"type", typeName(entry.second.type)},
                               {"value", valueText(entry.second)},
-                              {"label", label == systemInfoLabels().end() ? "" : label->second}});
+                              {"label", Tools::systemInfoKeyMeaning(entry.first)}});
     }
     json settings = json::array();
     for (const std::string& key : Emulator::listSettings(deviceDir_)) {
