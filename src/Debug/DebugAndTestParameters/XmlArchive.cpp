@@ -27,7 +27,18 @@ namespace OrvoCommon {
 
 CheckedXmlIArchive::CheckedXmlIArchive(std::istream& in)
     : xml_iarchive_impl<CheckedXmlIArchive>(in, boost::archive::no_xml_tag_checking) {
-    init(); // the header, as the stock archive reads it
+    readHeader();
+}
+
+void CheckedXmlIArchive::readHeader() {
+    gimpl->init(is);
+    // The stock archive asserts, which aborts the process, on a version beyond 16 bits; no
+    // version newer than this Boost's own can be read in any case.
+    const unsigned int version = gimpl->rv.version;
+    if (version > static_cast<unsigned int>(boost::archive::BOOST_ARCHIVE_VERSION())) {
+        throw boost::archive::archive_exception(boost::archive::archive_exception::unsupported_version);
+    }
+    set_library_version(boost::archive::library_version_type(version));
 }
 
 void CheckedXmlIArchive::load_end(const char* name) {

@@ -14,7 +14,7 @@
 namespace Orvo {
 namespace OrvoCommon {
 
-// Boost's XML input archive with a safe check of closing tags. The stock archive compares a
+// Boost's XML input archive with a safe check of closing tags and of the header's version. The stock archive compares a
 // closing tag with the expected element name by reading as many characters of the name as the
 // tag has, past the end of a shorter name; this one compares them as strings. It reads exactly
 // the files that the stock archive reads, and rejects the same mismatches.
@@ -29,6 +29,10 @@ protected:
 
     // Reached through basic_xml_iarchive's load_override, in place of the stock comparison.
     void load_end(const char* name);
+
+private:
+    // The archive's header, as the stock archive reads it, with its version checked first.
+    void readHeader();
 };
 
 // Consumes the rest of an archive after its object and throws

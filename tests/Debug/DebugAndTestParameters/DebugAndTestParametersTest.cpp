@@ -141,5 +141,19 @@ TEST_F(DebugAndTestParametersTest, BrokenFileKeepsTheDefaultsAfterTheValuesReadS
     EXPECT_THAT(mainLog(), ElementsAre(kLoading, kOpening, ContainsRegex(failed)));
 }
 
+TEST_F(DebugAndTestParametersTest, AnArchiveVersionBeyondThisBoostIsAnErrorNotAnAbort) {
+    std::ostringstream text;
+    changedParameters().write(text);
+    for (const char* version : {"554429672", "65536"}) {
+        std::string future = text.str();
+        const std::string::size_type header = future.find("version=\"", future.find("<boost_serialization"));
+        future.replace(header, future.find('"', header + 9) + 1 - header, std::string("version=\"") + version + "\"");
+        std::istringstream in(future);
+        DebugAndTestParameters read;
+        EXPECT_THROW(read.read(in), std::exception) << version;
+        EXPECT_EQ(read, DebugAndTestParameters()) << version;
+    }
+}
+
 } // namespace
 } // namespace Orvo::Testing
