@@ -192,7 +192,7 @@ def log_record_appears(console):
     line = "%.9f\t%d\t%d\t4\tCONSOLE_TEST\t%s\n" % (time.time(), os.getpid(), os.getpid(), message)
     with open(os.path.join(console.device, "log", "main.log"), "a") as log:
         log.write(line)
-    expected = "I/CONSOLE_TEST(%d): %s" % (os.getpid(), message)
+    expected = "I/CONSOLE_TEST(%5d): %s" % (os.getpid(), message)  # dlogutil's brief pads the pid
     console.wait_until(lambda: expected in console.find("log-lines").text,
                        "%r in the log (log pane says %r)" % (expected, console.find("log-message").text))
     console.find("log-filter").send_keys("CONSOLE_TEST:S")
