@@ -47,7 +47,7 @@ done < <(find "$bin" "$prefix/lib" -type f \( -perm -u+x -o -name '*.so*' \) -pr
 "$bin/orvo-device" create "$device" --profile tv
 export ORVO_DEVICE_DIR=$device
 
-"$bin/vconftool" set -t int db/menu/support/softwareupdate/autoupdate 0
+"$bin/vconftool" set -t int db/menu/support/softwareupdate/autoupdate 0 -f
 [ "$("$bin/vconftool" get db/menu/support/softwareupdate/autoupdate)" = \
   "db/menu/support/softwareupdate/autoupdate, value = 0 (int)" ] || fail "vconftool get after set"
 
