@@ -4,19 +4,16 @@
 // and reads the whole branch again through the plug-in. Each run reports the median and the
 // 99th percentile of its requests in microseconds.
 
+#include "BenchmarkDevice.h"
 #include "ConsoleServer.h"
 #include "Language.h"
 #include "MenuSession.h"
-#include "orvo/device/Device.h"
 
 #include <benchmark/benchmark.h>
 #include <httplib.h>
-#include <stdlib.h>
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
-#include <filesystem>
 #include <memory>
 #include <thread>
 #include <vector>
@@ -39,8 +36,6 @@ Plugin& plugin() {
     return instance;
 }
 
-std::string g_deviceDir;
-
 void reportPercentiles(benchmark::State& state, std::vector<double>& micros) {
     std::sort(micros.begin(), micros.end());
     state.counters["median_us"] = micros[micros.size() / 2];
@@ -61,8 +56,9 @@ void measure(benchmark::State& state, Press press) {
 }
 
 void keyOverHttp(benchmark::State& state, const char* key) {
-    Console::ConsoleServer server(plugin().provider,
-                                  Console::ConsoleConfig{"127.0.0.1", 0, g_deviceDir, ORVO_CONSOLE_ASSETS, ""});
+    Console::ConsoleServer server(
+        plugin().provider,
+        Console::ConsoleConfig{"127.0.0.1", 0, Orvo::Benchmarks::benchmarkDevice(), ORVO_CONSOLE_ASSETS, ""});
     std::thread serving([&server] { server.run(); });
     httplib::Client client("127.0.0.1", server.port());
     client.set_keep_alive(true);
@@ -95,28 +91,4 @@ BENCHMARK_CAPTURE(keyInProcess, info, "Info")->Iterations(kRequests)->Unit(bench
 
 } // namespace
 
-int main(int argc, char** argv) {
-    char pattern[] = "/tmp/bench_console.XXXXXX";
-    if (mkdtemp(pattern) == nullptr) {
-        std::perror("mkdtemp");
-        return 1;
-    }
-    g_deviceDir = std::string(pattern) + "/device";
-    int status = 0;
-    try {
-        namespace Emulator = Orvo::Emulator;
-        Emulator::createDevice(g_deviceDir, Emulator::emulatorDataDirectory(), "tv");
-        setenv("ORVO_DEVICE_DIR", g_deviceDir.c_str(), 1);
-        Emulator::enterSandbox(g_deviceDir); // before any thread: the plug-in reads /common there
-        benchmark::Initialize(&argc, argv);
-        benchmark::AddCustomContext("device", "tv device in the sandbox, language en");
-        benchmark::RunSpecifiedBenchmarks();
-        benchmark::Shutdown();
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "bench_console: %s\n", error.what());
-        status = 1;
-    }
-    std::error_code ignored;
-    std::filesystem::remove_all(pattern, ignored);
-    return status;
-}
+int main(int argc, char** argv) { return Orvo::Benchmarks::runOnFreshDevice(argc, argv, "bench_console", "en"); }
