@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Builds the rpm packages from their recipe (the .spec file) as the platform's build does
-# (real-platform build, every platform library through pkg-config), here against the emulated device's substitute libraries
-# installed in PLATFORM_PREFIX, and checks the files each package holds:
+# (real-platform build, every platform library through pkg-config), here against the emulated
+# device's substitute libraries installed in PLATFORM_PREFIX, and checks the files each package
+# holds:
 # `packaging/build-rpm.sh PLATFORM_PREFIX`. --nodeps: the build requirements are not rpms here.
 set -euo pipefail
 cd "$(dirname "$0")/.."
