@@ -112,11 +112,12 @@ int openRegularFile(const char* path, int flags, mode_t mode) {
         if (errno == ENXIO) errno = kNotRegularFile; // a socket, or a FIFO opened to write
         return -1;
     }
+    // O_NONBLOCK is left set: a regular file's reads and writes never wait for it.
     struct stat status;
-    const bool regular = ::fstat(fd, &status) == 0 && S_ISREG(status.st_mode);
-    if (!regular || ::fcntl(fd, F_SETFL, flags & O_APPEND) != 0) {
+    const int error = ::fstat(fd, &status) != 0 ? errno : S_ISREG(status.st_mode) ? 0 : kNotRegularFile;
+    if (error != 0) {
         ::close(fd);
-        errno = regular ? errno : kNotRegularFile;
+        errno = error;
         return -1;
     }
     return fd;

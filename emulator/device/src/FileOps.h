@@ -20,7 +20,7 @@ constexpr int kNotRegularFile = EMEDIUMTYPE;
 std::string describeFileError(int error);
 
 // Opens a regular file without following a link in its last component and without waiting on a
-// FIFO; the descriptor is blocking again when returned. -1 with errno set (kNotRegularFile for
+// FIFO (O_NONBLOCK, which a regular file ignores). -1 with errno set (kNotRegularFile for
 // any other kind of file, ELOOP for a link).
 int openRegularFile(const char* path, int flags, mode_t mode = 0);
 
