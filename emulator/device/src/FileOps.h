@@ -1,16 +1,76 @@
 #pragma once
 // File primitives of the device directory: whole-file reads and crash-safe replacement.
 
+#include "orvo/device/FaultInjection.h"
+
+#include <atomic>
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
 
+#include <cstdio>
+#include <fcntl.h>
 #include <sys/types.h>
+#include <unistd.h>
 
 namespace Orvo {
 namespace Emulator {
+
+// The device's file calls that may fail for want of space or a working disk all go through these
+// wrappers of the system calls, so that tests can fail each of them (FaultInjection.h).
+namespace sys {
+
+extern std::atomic<FaultInjector*> faultInjector;
+
+// The errno of an injected failure, or 0.
+int injectedFault(FileCall call, std::size_t& length);
+
+inline int fail(int error) {
+    errno = error;
+    return -1;
+}
+
+// Without an injector each wrapper is its system call after one branch.
+inline bool faultless() { return faultInjector.load(std::memory_order_relaxed) == nullptr; }
+
+inline int open(const char* path, int flags, mode_t mode = 0) {
+    std::size_t none = 0;
+    const int error = faultless() ? 0 : injectedFault(FileCall::Open, none);
+    return error != 0 ? fail(error) : ::open(path, flags, mode);
+}
+
+inline ssize_t write(int fd, const void* data, std::size_t length) {
+    const int error = faultless() ? 0 : injectedFault(FileCall::Write, length);
+    return error != 0 ? fail(error) : ::write(fd, data, length);
+}
+
+inline int fsync(int fd) {
+    std::size_t none = 0;
+    const int error = faultless() ? 0 : injectedFault(FileCall::Fsync, none);
+    return error != 0 ? fail(error) : ::fsync(fd);
+}
+
+inline int rename(const char* from, const char* to) {
+    std::size_t none = 0;
+    const int error = faultless() ? 0 : injectedFault(FileCall::Rename, none);
+    return error != 0 ? fail(error) : ::rename(from, to);
+}
+
+inline int ftruncate(int fd, off_t length) {
+    std::size_t none = 0;
+    const int error = faultless() ? 0 : injectedFault(FileCall::Ftruncate, none);
+    return error != 0 ? fail(error) : ::ftruncate(fd, length);
+}
+
+inline int unlink(const char* path) {
+    std::size_t none = 0;
+    const int error = faultless() ? 0 : injectedFault(FileCall::Unlink, none);
+    return error != 0 ? fail(error) : ::unlink(path);
+}
+
+} // namespace sys
 
 // The errno of a path that is no regular file (a FIFO, socket, device node or directory).
 constexpr int kNotRegularFile = EMEDIUMTYPE;
