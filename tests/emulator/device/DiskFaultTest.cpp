@@ -1,14 +1,17 @@
 // Every writer of the device's state under a failing disk: each file call it makes fails in turn
-// (no space, an I/O error, a read-only file system, a write cut short). The writer says so, what
-// readers see is the old state or the new one and never a part, and no temporary file is left.
+// (no space, an I/O error, a read-only file system, a write cut short), and a real small disk
+// fills up and turns read-only under the libraries and tools. The writer says so, what readers
+// see is the old state or the new one and never a part, and no temporary file is left.
 
 #include "orvo/device/Device.h"
 #include "orvo/device/DeviceEdits.h"
 #include "orvo/device/LogStore.h"
 #include "orvo/device/SettingsStore.h"
 #include "orvo/testing/InjectedFault.h"
+#include "orvo/testing/Process.h"
 #include "orvo/testing/Tmpfs.h"
 
+#include <dlog.h>
 #include <gtest/gtest.h>
 #include <vconf.h>
 
@@ -19,6 +22,9 @@
 #include <functional>
 #include <iostream>
 #include <stdexcept>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 using namespace Orvo::Emulator;
@@ -53,6 +59,14 @@ std::vector<std::string> leftovers(const std::string& root) {
         if (name.rfind(".tmp-", 0) == 0 || name.find(".new-") != std::string::npos) found.push_back(entry.path());
     }
     return found;
+}
+
+// A tool's failure: a non-zero exit and one line.
+bool failsInOneLine(std::vector<std::string> args) {
+    args[0] = Orvo::Testing::toolPath(args[0]);
+    const Orvo::Testing::ProcessResult result = Orvo::Testing::runProcess(args);
+    const std::string said = result.err + result.out;
+    return result.exitCode != 0 && std::count(said.begin(), said.end(), '\n') == 1;
 }
 
 // A throwing writer reports its failure by the exception.
@@ -227,4 +241,59 @@ TEST(DiskFault, ASettingWriteAnswersThePlatformsCodeForTheErrno) {
                 << kCallNames[static_cast<int>(call)] << " fails with " << std::strerror(error);
         }
     }
+}
+
+TEST(DiskFault, LibrariesAndToolsOnASmallDiskThatFillsUpThenTurnsReadOnly) {
+    const Orvo::Testing::Tmpfs tmpfs("4m");
+    if (!tmpfs.unavailable().empty()) GTEST_SKIP() << tmpfs.unavailable();
+    const std::string disk = tmpfs.path();
+    const std::string device = disk + "/device";
+    createDevice(device, emulatorDataDirectory(), "tv");
+    ::setenv("ORVO_DEVICE_DIR", device.c_str(), 1);
+    // The log's last page half used: a longer record fills the rest of it and is cut there.
+    const std::string half(1900, 'h');
+    ASSERT_GT(dlog_print(DLOG_INFO, "tag", "%s", half.c_str()), 0);
+    const std::string before = settingText(device, "db/comss/countrycode");
+    const std::string volatileBefore = settingText(device, "memory/menu/support/softwareupdate/newest_version");
+    const auto setFails = [](int code) {
+        return vconf_set_int("db/comss/countrycode", 1) == -1 && vconf_get_ext_errno() == code;
+    };
+    const struct {
+        bool readOnly;
+        const char* name;
+        std::function<bool()> failsCleanly;
+    } rows[] = {
+        {false, "vconf_set", [&] { return setFails(VCONF_ERROR_FILE_NO_MEM); }},
+        {false, "vconftool set", [] { return failsInOneLine({"vconftool", "set", "-t", "int", "db/comss/countrycode", "1", "-f"}); }},
+        {false, "dlog_print cut short", [] { return dlog_print(DLOG_INFO, "tag", "%s", std::string(4000, 'c').c_str()) < 0; }},
+        {false, "orvo-device create", [&] { return failsInOneLine({"orvo-device", "create", disk + "/made"}); }},
+        {true, "vconf_set", [&] { return setFails(VCONF_ERROR); }},
+        {true, "vconftool set", [] { return failsInOneLine({"vconftool", "set", "-t", "int", "db/comss/countrycode", "1", "-f"}); }},
+        {true, "dlog_print", [] { return dlog_print(DLOG_INFO, "tag", "x") < 0; }},
+        {true, "orvo-device reboot", [&] { return failsInOneLine({"orvo-device", "reboot", device}); }},
+        {true, "orvo-device create", [&] { return failsInOneLine({"orvo-device", "create", disk + "/made"}); }},
+    };
+    const int filler = ::open((disk + "/filler").c_str(), O_WRONLY | O_CREAT, 0644);
+    for (std::size_t size = 65536; size > 0; size /= 2) // every byte of the disk taken
+        while (::write(filler, std::string(size, 'f').data(), size) == static_cast<ssize_t>(size)) {
+        }
+    ::close(filler);
+    for (const auto& row : rows) {
+        if (row.readOnly && fs::exists(disk + "/filler")) {
+            fs::remove(disk + "/filler");
+            ASSERT_GT(dlog_print(DLOG_INFO, "tag", "later"), 0);
+            const Orvo::Testing::ProcessResult shown =
+                Orvo::Testing::runProcess({Orvo::Testing::toolPath("dlogutil"), "-d", "-b", "apps", "-v", "raw"});
+            EXPECT_NE(std::string::npos, shown.out.find(half + "\nlater\n")) << shown.err;
+            EXPECT_EQ(std::string::npos, shown.out.find("cccc")) << "a part of the cut record shown";
+            ASSERT_TRUE(tmpfs.remountReadOnly()) << std::strerror(errno);
+        }
+        const std::string name = std::string(row.readOnly ? "read-only, " : "full, ") + row.name;
+        EXPECT_TRUE(row.failsCleanly()) << name;
+        EXPECT_EQ(before, settingText(device, "db/comss/countrycode")) << name;
+        EXPECT_EQ(volatileBefore, settingText(device, "memory/menu/support/softwareupdate/newest_version")) << name;
+        EXPECT_EQ(std::vector<std::string>{}, leftovers(disk)) << name;
+        EXPECT_FALSE(fs::exists(disk + "/made")) << name;
+    }
+    ::unsetenv("ORVO_DEVICE_DIR");
 }

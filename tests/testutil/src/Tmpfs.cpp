@@ -23,7 +23,7 @@ Tmpfs::~Tmpfs() {
     if (m_unavailable.empty()) ::umount2(path().c_str(), MNT_DETACH);
 }
 
-bool Tmpfs::remountReadOnly() {
+bool Tmpfs::remountReadOnly() const {
     return ::mount(nullptr, path().c_str(), nullptr, MS_REMOUNT | MS_RDONLY, nullptr) == 0;
 }
 

@@ -20,7 +20,7 @@ public:
     // Why no tmpfs is mounted, or "" when it is.
     const std::string& unavailable() const { return m_unavailable; }
     // Turns the mounted tmpfs read-only; false with errno set.
-    bool remountReadOnly();
+    bool remountReadOnly() const;
 
 private:
     TemporaryDirectory m_directory;
