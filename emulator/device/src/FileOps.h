@@ -7,10 +7,10 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <string>
 #include <vector>
 
-#include <cstdio>
 #include <fcntl.h>
 #include <sys/types.h>
 #include <unistd.h>
@@ -24,49 +24,51 @@ namespace sys {
 
 extern std::atomic<FaultInjector*> faultInjector;
 
-// The errno of an injected failure, or 0.
+// Asks the injector; 0 or the errno of an injected failure.
 int injectedFault(FileCall call, std::size_t& length);
+
+// Without an injector, one load and one branch.
+inline int faultOf(FileCall call, std::size_t& length) {
+    return faultInjector.load(std::memory_order_relaxed) == nullptr ? 0 : injectedFault(call, length);
+}
+
+inline int faultOf(FileCall call) {
+    std::size_t length = 0;
+    return faultOf(call, length);
+}
 
 inline int fail(int error) {
     errno = error;
     return -1;
 }
 
-// Without an injector each wrapper is its system call after one branch.
-inline bool faultless() { return faultInjector.load(std::memory_order_relaxed) == nullptr; }
-
 inline int open(const char* path, int flags, mode_t mode = 0) {
-    std::size_t none = 0;
-    const int error = faultless() ? 0 : injectedFault(FileCall::Open, none);
+    const int error = faultOf(FileCall::Open);
     return error != 0 ? fail(error) : ::open(path, flags, mode);
 }
 
 inline ssize_t write(int fd, const void* data, std::size_t length) {
-    const int error = faultless() ? 0 : injectedFault(FileCall::Write, length);
+    const int error = faultOf(FileCall::Write, length);
     return error != 0 ? fail(error) : ::write(fd, data, length);
 }
 
 inline int fsync(int fd) {
-    std::size_t none = 0;
-    const int error = faultless() ? 0 : injectedFault(FileCall::Fsync, none);
+    const int error = faultOf(FileCall::Fsync);
     return error != 0 ? fail(error) : ::fsync(fd);
 }
 
 inline int rename(const char* from, const char* to) {
-    std::size_t none = 0;
-    const int error = faultless() ? 0 : injectedFault(FileCall::Rename, none);
+    const int error = faultOf(FileCall::Rename);
     return error != 0 ? fail(error) : ::rename(from, to);
 }
 
 inline int ftruncate(int fd, off_t length) {
-    std::size_t none = 0;
-    const int error = faultless() ? 0 : injectedFault(FileCall::Ftruncate, none);
+    const int error = faultOf(FileCall::Ftruncate);
     return error != 0 ? fail(error) : ::ftruncate(fd, length);
 }
 
 inline int unlink(const char* path) {
-    std::size_t none = 0;
-    const int error = faultless() ? 0 : injectedFault(FileCall::Unlink, none);
+    const int error = faultOf(FileCall::Unlink);
     return error != 0 ? fail(error) : ::unlink(path);
 }
 

@@ -128,10 +128,11 @@ bool appendLine(const char* deviceDir, char* path, char* line, std::size_t size)
     do
         written = sys::write(fd, line, size);
     while (written < 0 && errno == EINTR);
+    const bool whole = written == static_cast<ssize_t>(size);
     const int error = written < 0 ? errno : ENOSPC; // a short write: the disk is full
     ::close(fd);
-    errno = error;
-    return written == static_cast<ssize_t>(size);
+    if (!whole) errno = error;
+    return whole;
 }
 
 bool unescape(const std::string& text, std::string& out) {

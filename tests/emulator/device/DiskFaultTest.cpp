@@ -113,9 +113,15 @@ const std::vector<Writer> kWriters = {
      [](const std::string& d) { writeRootfsFile(d, "/opt/orvotv/fault", "old"); },
      [](const std::string& d) { return succeeds([&] { removeRootfsFile(d, "/opt/orvotv/fault"); }); },
      [](const std::string& d) { return contentOf(d + "/rootfs/opt/orvotv/fault"); }, nullptr},
-    {"device creation", nullptr,
-     [](const std::string& d) { return succeeds([&] { createDevice(d + ".made", emulatorDataDirectory(), "tv"); }); },
-     [](const std::string& d) { return fs::exists(d + ".made") ? settingText(d + ".made", "db/comss/countrycode") : "none"; },
+    // From a profile of two settings: the steps of the others are the same.
+    {"device creation",
+     [](const std::string& d) {
+         fs::create_directories(d + ".data/profiles/two");
+         fs::copy_file(d + "/device.conf", d + ".data/profiles/two/device.conf");
+         std::ofstream(d + ".data/profiles/two/settings") << "int db/orvo/one 1\nint memory/orvo/two 2\n";
+     },
+     [](const std::string& d) { return succeeds([&] { createDevice(d + ".made", d + ".data", "two"); }); },
+     [](const std::string& d) { return fs::exists(d + ".made") ? settingText(d + ".made", "db/orvo/one") : "none"; },
      nullptr},
     {"reboot",
      [](const std::string& d) {
@@ -135,25 +141,26 @@ const std::vector<Writer> kWriters = {
      nullptr},
 };
 
-const FileCall kCalls[] = {FileCall::Open, FileCall::Write, FileCall::Fsync, FileCall::Rename, FileCall::Ftruncate,
-                           FileCall::Unlink};
 const char* const kCallNames[] = {"open", "write", "fsync", "rename", "ftruncate", "unlink"};
 
-// The walk's devices live on a tmpfs where there may be one: the fsyncs of some thousand writes
-// cost nothing there.
-const Orvo::Testing::Tmpfs& disk() {
+// The walk's devices are copies of one, on a tmpfs where there may be one: the fsyncs of some
+// thousand writes cost nothing there.
+const std::string& pristineDevice() {
     static const Orvo::Testing::Tmpfs tmpfs("64m");
-    return tmpfs;
+    static const std::string device = tmpfs.path() + "/pristine";
+    if (!fs::exists(device)) createDevice(device, emulatorDataDirectory(), "tv");
+    return device;
 }
 
 // A fresh device with the writer's old state.
 struct Scene {
     explicit Scene(const Writer& writer) {
-        createDevice(device, emulatorDataDirectory(), "tv");
+        fs::create_directory(root);
+        fs::copy(pristineDevice(), device, fs::copy_options::recursive);
         if (writer.prepare) writer.prepare(device);
     }
     ~Scene() { fs::remove_all(root); }
-    const std::string root = disk().path() + "/scene";
+    const std::string root = fs::path(pristineDevice()).parent_path().string() + "/scene";
     const std::string device = root + "/device";
 };
 
