@@ -1,6 +1,6 @@
-// The device state library keeps to its device directory: links that lead out of it are not
-// followed, special files are refused at once, and device.conf is read whole or not at all.
-// dlogutil's tests cover the log reader's side of links and FIFOs.
+// The device state library keeps to its device directory: links and paths that lead out of it are
+// not followed, special files are refused at once, device.conf is read whole or not at all, and a
+// cut log record is never read as one. dlogutil's tests cover the log reader's side of links and FIFOs.
 
 #include "orvo/device/Device.h"
 #include "orvo/device/DeviceEdits.h"
