@@ -92,25 +92,25 @@ const std::string kLongMessage = "long " + std::string(3000, 'x');
 
 const std::vector<Writer> kWriters = {
     {"setting",
-     [](const std::string& d) { writeSetting(d, "db/orvo/fault", {SettingType::String, "old"}); },
-     [](const std::string& d) { return writeSetting(d, "db/orvo/fault", {SettingType::String, "new"}) == VCONF_OK; },
+     [](const std::string& d) {
+         writeSetting(d, "db/orvo/fault", {SettingType::String, "old"});
+     },
+     [](const std::string& d) {
+         return writeSetting(d, "db/orvo/fault", {SettingType::String, "new"}) == VCONF_OK;
+     },
      [](const std::string& d) { return settingText(d, "db/orvo/fault"); }, nullptr},
-    {"log record",
-     [](const std::string& d) { appendLogRecord(d, 0, 4, "tag", "before", 6); },
+    {"log record", [](const std::string& d) { appendLogRecord(d, 0, 4, "tag", "before", 6); },
      [](const std::string& d) { return appendLogRecord(d, 0, 4, "tag", kLongMessage.data(), kLongMessage.size()) > 0; },
      logText, [](const std::string& d) { appendLogRecord(d, 0, 4, "tag", "later", 5); }},
-    {"log clear",
-     [](const std::string& d) { appendLogRecord(d, 0, 4, "tag", "kept", 4); },
+    {"log clear", [](const std::string& d) { appendLogRecord(d, 0, 4, "tag", "kept", 4); },
      [](const std::string& d) { return clearLogBuffer(d, 0); }, logText, nullptr},
     {"device.conf entry", nullptr,
      [](const std::string& d) { return succeeds([&] { setDeviceConfEntry(d, "system-info.128", "string T-NEW"); }); },
      [](const std::string& d) { return contentOf(d + "/device.conf"); }, nullptr},
-    {"rootfs file",
-     [](const std::string& d) { writeRootfsFile(d, "/opt/orvotv/fault", "old"); },
+    {"rootfs file", [](const std::string& d) { writeRootfsFile(d, "/opt/orvotv/fault", "old"); },
      [](const std::string& d) { return succeeds([&] { writeRootfsFile(d, "/opt/orvotv/fault", "new"); }); },
      [](const std::string& d) { return contentOf(d + "/rootfs/opt/orvotv/fault"); }, nullptr},
-    {"rootfs removal",
-     [](const std::string& d) { writeRootfsFile(d, "/opt/orvotv/fault", "old"); },
+    {"rootfs removal", [](const std::string& d) { writeRootfsFile(d, "/opt/orvotv/fault", "old"); },
      [](const std::string& d) { return succeeds([&] { removeRootfsFile(d, "/opt/orvotv/fault"); }); },
      [](const std::string& d) { return contentOf(d + "/rootfs/opt/orvotv/fault"); }, nullptr},
     // From a profile of two settings: the steps of the others are the same.
@@ -134,7 +134,8 @@ const std::vector<Writer> kWriters = {
          std::string text = settingText(d, "db/orvo/kept");
          for (const char* key : {"memory/orvo/a", "memory/orvo/b"}) {
              const std::string value = settingText(d, key);
-             text += value == "7" || value == "error " + std::to_string(VCONF_ERROR_FILE_NO_ENT) ? "" : " torn " + value;
+             text +=
+                 value == "7" || value == "error " + std::to_string(VCONF_ERROR_FILE_NO_ENT) ? "" : " torn " + value;
          }
          return text;
      },
@@ -195,9 +196,10 @@ TEST(DiskFault, EveryWriterFailsWholeUnderEveryFaultOfEveryStep) {
             EXPECT_NE(rename, std::find(steps.begin(), rename, FileCall::Fsync)) << writer.name << ": no fsync";
         }
         // Until the first rename or unlink the old state is all there is.
-        const std::size_t commit = static_cast<std::size_t>(std::find_if(steps.begin(), steps.end(), [](FileCall call) {
-                                                                return call == FileCall::Rename || call == FileCall::Unlink;
-                                                            }) - steps.begin());
+        const std::size_t commit = static_cast<std::size_t>(
+            std::find_if(steps.begin(), steps.end(),
+                         [](FileCall call) { return call == FileCall::Rename || call == FileCall::Unlink; }) -
+            steps.begin());
         int tried = 0;
         int reported = 0;
         int lost = 0;
@@ -235,11 +237,18 @@ TEST(DiskFault, EveryWriterFailsWholeUnderEveryFaultOfEveryStep) {
 }
 
 TEST(DiskFault, ASettingWriteAnswersThePlatformsCodeForTheErrno) {
-    const std::vector<std::pair<int, int>> codes = {
-        {ENOENT, VCONF_ERROR_FILE_NO_ENT}, {ENOMEM, VCONF_ERROR_FILE_NO_MEM}, {ENOSPC, VCONF_ERROR_FILE_NO_MEM},
-        {EAGAIN, VCONF_ERROR_FILE_BUSY},   {ETIMEDOUT, VCONF_ERROR_FILE_BUSY}, {EBUSY, VCONF_ERROR_FILE_BUSY},
-        {EMFILE, VCONF_ERROR_FILE_BUSY},   {EACCES, VCONF_ERROR_FILE_PERM},    {EPERM, VCONF_ERROR_FILE_PERM},
-        {EIO, VCONF_ERROR},                {EROFS, VCONF_ERROR},               {EDQUOT, VCONF_ERROR}};
+    const std::vector<std::pair<int, int>> codes = {{ENOENT, VCONF_ERROR_FILE_NO_ENT},
+                                                    {ENOMEM, VCONF_ERROR_FILE_NO_MEM},
+                                                    {ENOSPC, VCONF_ERROR_FILE_NO_MEM},
+                                                    {EAGAIN, VCONF_ERROR_FILE_BUSY},
+                                                    {ETIMEDOUT, VCONF_ERROR_FILE_BUSY},
+                                                    {EBUSY, VCONF_ERROR_FILE_BUSY},
+                                                    {EMFILE, VCONF_ERROR_FILE_BUSY},
+                                                    {EACCES, VCONF_ERROR_FILE_PERM},
+                                                    {EPERM, VCONF_ERROR_FILE_PERM},
+                                                    {EIO, VCONF_ERROR},
+                                                    {EROFS, VCONF_ERROR},
+                                                    {EDQUOT, VCONF_ERROR}};
     const Scene scene(kWriters[0]);
     for (const FileCall call : {FileCall::Open, FileCall::Write, FileCall::Fsync, FileCall::Rename}) {
         for (const auto& [error, code] : codes) {
@@ -271,14 +280,30 @@ TEST(DiskFault, LibrariesAndToolsOnASmallDiskThatFillsUpThenTurnsReadOnly) {
         std::function<bool()> failsCleanly;
     } rows[] = {
         {false, "vconf_set", [&] { return setFails(VCONF_ERROR_FILE_NO_MEM); }},
-        {false, "vconftool set", [] { return failsInOneLine({"vconftool", "set", "-t", "int", "db/comss/countrycode", "1", "-f"}); }},
-        {false, "dlog_print cut short", [] { return dlog_print(DLOG_INFO, "tag", "%s", std::string(4000, 'c').c_str()) < 0; }},
-        {false, "orvo-device create", [&] { return failsInOneLine({"orvo-device", "create", disk + "/made"}); }},
+        {false, "vconftool set",
+         [] {
+             return failsInOneLine({"vconftool", "set", "-t", "int", "db/comss/countrycode", "1", "-f"});
+         }},
+        {false, "dlog_print cut short",
+         [] { return dlog_print(DLOG_INFO, "tag", "%s", std::string(4000, 'c').c_str()) < 0; }},
+        {false, "orvo-device create",
+         [&] {
+             return failsInOneLine({"orvo-device", "create", disk + "/made"});
+         }},
         {true, "vconf_set", [&] { return setFails(VCONF_ERROR); }},
-        {true, "vconftool set", [] { return failsInOneLine({"vconftool", "set", "-t", "int", "db/comss/countrycode", "1", "-f"}); }},
+        {true, "vconftool set",
+         [] {
+             return failsInOneLine({"vconftool", "set", "-t", "int", "db/comss/countrycode", "1", "-f"});
+         }},
         {true, "dlog_print", [] { return dlog_print(DLOG_INFO, "tag", "x") < 0; }},
-        {true, "orvo-device reboot", [&] { return failsInOneLine({"orvo-device", "reboot", device}); }},
-        {true, "orvo-device create", [&] { return failsInOneLine({"orvo-device", "create", disk + "/made"}); }},
+        {true, "orvo-device reboot",
+         [&] {
+             return failsInOneLine({"orvo-device", "reboot", device});
+         }},
+        {true, "orvo-device create",
+         [&] {
+             return failsInOneLine({"orvo-device", "create", disk + "/made"});
+         }},
     };
     const int filler = ::open((disk + "/filler").c_str(), O_WRONLY | O_CREAT, 0644);
     for (std::size_t size = 65536; size > 0; size /= 2) // every byte of the disk taken
