@@ -16,6 +16,20 @@
 
 namespace Orvo {
 namespace Emulator {
+
+namespace sys {
+
+std::atomic<FaultInjector*> faultInjector{nullptr};
+
+int injectedFault(FileCall call, std::size_t& length) {
+    FaultInjector* const injector = faultInjector.load(std::memory_order_acquire);
+    return injector == nullptr ? 0 : injector->beforeCall(call, length);
+}
+
+} // namespace sys
+
+void setFaultInjector(FaultInjector* injector) { sys::faultInjector.store(injector, std::memory_order_release); }
+
 namespace {
 
 const char kTemporaryPrefix[] = ".tmp-";
@@ -54,7 +68,7 @@ std::string directoryOf(const std::string& path) {
 bool writeAll(int fd, const std::string& content) {
     std::size_t done = 0;
     while (done < content.size()) {
-        const ssize_t written = ::write(fd, content.data() + done, content.size() - done);
+        const ssize_t written = sys::write(fd, content.data() + done, content.size() - done);
         if (written < 0) {
             if (errno == EINTR) continue;
             return false;
@@ -65,8 +79,8 @@ bool writeAll(int fd, const std::string& content) {
 }
 
 bool syncDirectory(const std::string& directory) {
-    Descriptor fd(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    return fd.get() >= 0 && ::fsync(fd.get()) == 0;
+    Descriptor fd(sys::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    return fd.get() >= 0 && sys::fsync(fd.get()) == 0;
 }
 
 // Unique among the processes and threads of this machine that write at the same time.
@@ -91,7 +105,7 @@ bool removeTemporaryFilesOfDeadWriters(const std::string& directory) {
         if (!isTemporaryFileName(name)) continue;
         const long pid = std::strtol(name.c_str() + prefixLength, nullptr, 10);
         if (pid > 0 && ::kill(static_cast<pid_t>(pid), 0) != 0 && errno == ESRCH)
-            ::unlink((directory + "/" + name).c_str());
+            sys::unlink((directory + "/" + name).c_str());
     }
     return true;
 }
@@ -107,7 +121,7 @@ std::string describeFileError(int error) {
 
 int openRegularFile(const char* path, int flags, mode_t mode) {
     // O_NONBLOCK: opening a FIFO without a writer would wait for one.
-    const int fd = ::open(path, flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, mode);
+    const int fd = sys::open(path, flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, mode);
     if (fd < 0) {
         if (errno == ENXIO) errno = kNotRegularFile; // a socket, or a FIFO opened to write
         return -1;
@@ -193,16 +207,18 @@ bool replaceFileAtomically(const std::string& path, const std::string& content) 
     const std::string directory = directoryOf(path);
     const std::string temporary = temporaryNameFor(path);
     {
-        Descriptor fd(::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644));
+        Descriptor fd(sys::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644));
         if (fd.get() < 0) return false;
-        if (!writeAll(fd.get(), content) || ::fsync(fd.get()) != 0 || !fd.close()) {
+        // The data must be on the disk before the name points at it: else a crash could leave an
+        // empty or partial file under the key's name.
+        if (!writeAll(fd.get(), content) || sys::fsync(fd.get()) != 0 || !fd.close()) {
             const int saved = errno;
             ::unlink(temporary.c_str());
             errno = saved;
             return false;
         }
     }
-    if (::rename(temporary.c_str(), path.c_str()) != 0) {
+    if (sys::rename(temporary.c_str(), path.c_str()) != 0) {
         const int saved = errno;
         ::unlink(temporary.c_str());
         errno = saved;
@@ -213,15 +229,18 @@ bool replaceFileAtomically(const std::string& path, const std::string& content) 
 }
 
 bool removeFileDurably(const std::string& path) {
-    return ::unlink(path.c_str()) == 0 && syncDirectory(directoryOf(path));
+    return sys::unlink(path.c_str()) == 0 && syncDirectory(directoryOf(path));
 }
 
 std::vector<std::string> listDirectory(const std::string& path) {
     std::vector<std::string> names;
-    DIR* directory = ::opendir(path.c_str());
+    const int fd = sys::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    DIR* directory = fd < 0 ? nullptr : ::fdopendir(fd);
     if (directory == nullptr) {
-        if (errno == ENOENT) return names;
-        throw std::system_error(errno, std::generic_category(), "cannot open directory " + path);
+        const int error = errno;
+        if (fd >= 0) ::close(fd);
+        if (error == ENOENT) return names;
+        throw std::system_error(error, std::generic_category(), "cannot open directory " + path);
     }
     // readdir returns null both at the end and on an error; only errno tells them apart.
     errno = 0;

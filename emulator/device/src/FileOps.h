@@ -1,16 +1,78 @@
 #pragma once
 // File primitives of the device directory: whole-file reads and crash-safe replacement.
 
+#include "orvo/device/FaultInjection.h"
+
+#include <atomic>
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <string>
 #include <vector>
 
+#include <fcntl.h>
 #include <sys/types.h>
+#include <unistd.h>
 
 namespace Orvo {
 namespace Emulator {
+
+// The device's file calls that may fail for want of space or a working disk all go through these
+// wrappers of the system calls, so that tests can fail each of them (FaultInjection.h).
+namespace sys {
+
+extern std::atomic<FaultInjector*> faultInjector;
+
+// Asks the injector; 0 or the errno of an injected failure.
+int injectedFault(FileCall call, std::size_t& length);
+
+// Without an injector, one load and one branch.
+inline int faultOf(FileCall call, std::size_t& length) {
+    return faultInjector.load(std::memory_order_relaxed) == nullptr ? 0 : injectedFault(call, length);
+}
+
+inline int faultOf(FileCall call) {
+    std::size_t length = 0;
+    return faultOf(call, length);
+}
+
+inline int fail(int error) {
+    errno = error;
+    return -1;
+}
+
+inline int open(const char* path, int flags, mode_t mode = 0) {
+    const int error = faultOf(FileCall::Open);
+    return error != 0 ? fail(error) : ::open(path, flags, mode);
+}
+
+inline ssize_t write(int fd, const void* data, std::size_t length) {
+    const int error = faultOf(FileCall::Write, length);
+    return error != 0 ? fail(error) : ::write(fd, data, length);
+}
+
+inline int fsync(int fd) {
+    const int error = faultOf(FileCall::Fsync);
+    return error != 0 ? fail(error) : ::fsync(fd);
+}
+
+inline int rename(const char* from, const char* to) {
+    const int error = faultOf(FileCall::Rename);
+    return error != 0 ? fail(error) : ::rename(from, to);
+}
+
+inline int ftruncate(int fd, off_t length) {
+    const int error = faultOf(FileCall::Ftruncate);
+    return error != 0 ? fail(error) : ::ftruncate(fd, length);
+}
+
+inline int unlink(const char* path) {
+    const int error = faultOf(FileCall::Unlink);
+    return error != 0 ? fail(error) : ::unlink(path);
+}
+
+} // namespace sys
 
 // The errno of a path that is no regular file (a FIFO, socket, device node or directory).
 constexpr int kNotRegularFile = EMEDIUMTYPE;

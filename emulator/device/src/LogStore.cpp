@@ -25,6 +25,13 @@ const int kBufferCount = sizeof kBufferNames / sizeof kBufferNames[0];
 
 // "<sec>.<nsec>\t<pid>\t<tid>\t<priority>\t" takes at most 76 bytes.
 constexpr std::size_t kHeadSize = 96;
+// A line cut by a crash or a full disk is closed with more tabs than a record has (tabs in tag and
+// message are escaped) before the next record: whatever part of a record the cut kept, readers
+// skip it, and the cut swallows nothing but itself. Tabs rather than any escape sequence, since a
+// cut may fall inside an escape.
+const char kCutLineEnd[] = "\t\t\t\t\t\t\n";
+constexpr std::size_t kCutLineEndLength = sizeof kCutLineEnd - 1;
+
 constexpr std::size_t kStackLineSize =
     kHeadSize + 2 * kAllocationFreeTagLength + 1 + 2 * kAllocationFreeMessageLength + 1;
 
@@ -85,31 +92,47 @@ int openLogFile(char* path) {
     return fd;
 }
 
-// A file cut in the middle of a record (a crash, a full disk) does not end with a line feed.
-bool endsInsideALine(int fd) {
+// Whether the file ends inside a line: a record cut by a crash or a full disk. False with errno set
+// when that cannot be told.
+bool endsInsideALine(int fd, bool& inside) {
     struct stat status;
     char last = '\n';
-    return ::fstat(fd, &status) == 0 && status.st_size > 0 && ::pread(fd, &last, 1, status.st_size - 1) == 1 &&
-           last != '\n';
+    inside = false;
+    if (::fstat(fd, &status) != 0) return false;
+    if (status.st_size == 0) return true;
+    const ssize_t got = ::pread(fd, &last, 1, status.st_size - 1);
+    inside = got == 1 && last != '\n'; // 0: emptied meanwhile
+    return got >= 0;
 }
 
 // One write(2): with O_APPEND the kernel places the whole record at the end of the file at once,
-// so records of concurrent writers never interleave. The byte before line is free: it takes the
-// line feed that ends a cut record, so that the cut does not swallow this one.
+// so records of concurrent writers never interleave. The bytes before line are free: they take
+// kCutLineEnd when the file ends inside a line.
 bool appendLine(const char* deviceDir, char* path, char* line, std::size_t size) {
     if (!staysBeneath(deviceDir, path)) return false;
     const int fd = openLogFile(path);
     if (fd < 0) return false;
-    if (endsInsideALine(fd)) {
-        *--line = '\n';
-        ++size;
+    bool inside = false;
+    if (!endsInsideALine(fd, inside)) {
+        const int error = errno;
+        ::close(fd);
+        errno = error;
+        return false;
+    }
+    if (inside) {
+        line -= kCutLineEndLength;
+        size += kCutLineEndLength;
+        std::memcpy(line, kCutLineEnd, kCutLineEndLength);
     }
     ssize_t written;
     do
-        written = ::write(fd, line, size);
+        written = sys::write(fd, line, size);
     while (written < 0 && errno == EINTR);
+    const bool whole = written == static_cast<ssize_t>(size);
+    const int error = written < 0 ? errno : ENOSPC; // a short write: the disk is full
     ::close(fd);
-    return written == static_cast<ssize_t>(size);
+    if (!whole) errno = error;
+    return whole;
 }
 
 bool unescape(const std::string& text, std::string& out) {
@@ -184,12 +207,12 @@ int appendLogRecord(const char* deviceDir, int buffer, int priority, const char*
     timespec now{};
     ::clock_gettime(CLOCK_REALTIME, &now);
     const std::size_t tagLength = std::strlen(tag);
-    // One byte before the line for appendLine.
+    // Room before the line for appendLine.
     const std::size_t bufferSize =
-        1 + kHeadSize + escapedLength(tag, tagLength) + 1 + escapedLength(message, length) + 1;
-    char stackBuffer[1 + kStackLineSize];
+        kCutLineEndLength + kHeadSize + escapedLength(tag, tagLength) + 1 + escapedLength(message, length) + 1;
+    char stackBuffer[kCutLineEndLength + kStackLineSize];
     std::unique_ptr<char[]> heapBuffer(bufferSize > sizeof stackBuffer ? new char[bufferSize] : nullptr);
-    char* const line = (heapBuffer ? heapBuffer.get() : stackBuffer) + 1;
+    char* const line = (heapBuffer ? heapBuffer.get() : stackBuffer) + kCutLineEndLength;
 
     char* end = line + std::snprintf(line, kHeadSize, "%lld.%09ld\t%d\t%ld\t%d\t", static_cast<long long>(now.tv_sec),
                                      static_cast<long>(now.tv_nsec), static_cast<int>(::getpid()),
@@ -256,8 +279,10 @@ int openExistingLogFile(const std::string& deviceDir, int buffer, int flags) {
 bool clearLogBuffer(const std::string& deviceDir, int buffer) {
     const int fd = openExistingLogFile(deviceDir, buffer, O_WRONLY);
     if (fd < 0) return errno == ENOENT;
-    const bool cleared = ::ftruncate(fd, 0) == 0;
+    const bool cleared = sys::ftruncate(fd, 0) == 0;
+    const int error = errno;
     ::close(fd);
+    errno = error;
     return cleared;
 }
 

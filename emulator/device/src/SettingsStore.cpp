@@ -109,6 +109,8 @@ bool isValidValue(const Setting& setting) {
     return false;
 }
 
+// The platform's mapping of errno for vconf_get_ext_errno(), and FILE_OPEN for a file that is not
+// followed or opened (a link, a special file).
 int errorFromErrno() {
     switch (errno) {
     case kNotRegularFile:
@@ -119,12 +121,14 @@ int errorFromErrno() {
         return VCONF_ERROR_FILE_NO_ENT;
     case EACCES:
     case EPERM:
-    case EROFS:
         return VCONF_ERROR_FILE_PERM;
+    case ENOMEM:
     case ENOSPC:
-    case EDQUOT:
         return VCONF_ERROR_FILE_NO_MEM;
+    case EAGAIN:
+    case ETIMEDOUT:
     case EBUSY:
+    case EMFILE:
         return VCONF_ERROR_FILE_BUSY;
     default:
         return VCONF_ERROR;
@@ -203,9 +207,13 @@ bool clearVolatileSettings(const std::string& deviceDir) {
     const std::string anyEntry = directory + "/";
     if (!staysBeneath(deviceDir.c_str(), anyEntry.c_str())) return false;
     // The temporary file of a writer that is running now becomes its key when renamed.
-    for (const std::string& name : listDirectory(directory))
-        if (!isTemporaryFileName(name)) ::unlink((directory + "/" + name).c_str());
-    return true;
+    int error = 0;
+    for (const std::string& name : listDirectory(directory)) {
+        if (isTemporaryFileName(name)) continue;
+        if (sys::unlink((directory + "/" + name).c_str()) != 0 && errno != ENOENT && error == 0) error = errno;
+    }
+    errno = error;
+    return error == 0;
 }
 
 } // namespace Emulator

@@ -6,6 +6,8 @@
 #include "orvo/device/DeviceDirectory.h"
 #include "orvo/device/SettingsStore.h"
 
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
 #include <set>
 #include <stdexcept>
@@ -179,8 +181,17 @@ std::string toolDeviceDirectory() {
 
 void rebootDevice(const std::string& deviceDir) {
     requireDevice(deviceDir);
-    if (!clearVolatileSettings(deviceDir)) {
+    bool cleared = false;
+    try {
+        cleared = clearVolatileSettings(deviceDir);
+    } catch (const std::system_error& e) {
+        throw std::runtime_error(std::string(e.what()));
+    }
+    if (!cleared && errno == ELOOP) {
         throw std::runtime_error(deviceDir + "/run/vconf leads out of the device (a symbolic link); nothing removed");
+    }
+    if (!cleared) {
+        throw std::runtime_error("cannot clear the volatile settings of " + deviceDir + ": " + std::strerror(errno));
     }
 }
 

@@ -1,8 +1,9 @@
-// The device state library keeps to its device directory: links that lead out of it are not
-// followed, special files are refused at once, and device.conf is read whole or not at all.
-// dlogutil's tests cover the log reader's side of links and FIFOs.
+// The device state library keeps to its device directory: links and paths that lead out of it are
+// not followed, special files are refused at once, device.conf is read whole or not at all, and a
+// cut log record is never read as one. dlogutil's tests cover the log reader's side of links and FIFOs.
 
 #include "orvo/device/Device.h"
+#include "orvo/device/DeviceEdits.h"
 #include "orvo/device/DeviceConf.h"
 #include "orvo/device/LogStore.h"
 #include "orvo/device/SettingsStore.h"
@@ -148,18 +149,49 @@ TEST_F(TwoDevices, ACorruptSettingFileIsToldApartFromAMissingKey) {
     EXPECT_EQ(VCONF_ERROR_FILE_NO_ENT, readSetting(device, "db/orvo/missing", setting));
 }
 
-TEST_F(TwoDevices, ARecordAfterACutLineIsKeptWhole) {
-    ASSERT_EQ(5, appendLogRecord(device, 0, 4, "tag", "first", 5));
-    std::ofstream(device + "/log/main.log", std::ios::app) << "1700000000.000000000\t1\t1\t4\tta"; // cut in the tag
-    std::uint64_t offset = 0;
-    ASSERT_EQ(1u, readLogRecords(device, 0, offset).size()) << "the cut line is not complete";
-    ASSERT_EQ(6, appendLogRecord(device, 0, 4, "tag", "second", 6));
-    ASSERT_EQ(6, appendLogRecord(device, 0, 4, "tag", "third\n", 6));
-    const std::vector<LogRecord> followed = readLogRecords(device, 0, offset);
-    ASSERT_EQ(2u, followed.size()) << "a reader that follows the buffer";
-    EXPECT_EQ("second", followed[0].message);
-    std::vector<std::string> messages;
-    for (const LogRecord& record : readLogRecords(device, 0))
-        messages.push_back(record.message);
-    EXPECT_EQ((std::vector<std::string>{"first", "second", "third\n"}), messages);
+TEST_F(TwoDevices, ACutRecordIsNeverShownAndSwallowsNothingElse) {
+    // Escapes in tag and message, so that cuts fall inside them too.
+    const std::string message = "a\tb\\c\n";
+    ASSERT_EQ(6, appendLogRecord(other, 0, 4, "t\\g", message.data(), message.size()));
+    const std::string record = contentOf(other + "/log/main.log");
+    const std::string log = device + "/log/main.log";
+    for (std::size_t cut = 1; cut < record.size(); ++cut) {
+        // The cut line is finished by its writer (a reader saw it half written), or stays cut
+        // (a crash, a full disk) and the next record follows.
+        for (const bool finished : {true, false}) {
+            const std::string row = "cut after " + std::to_string(cut) + (finished ? ", finished" : ", left");
+            fs::remove(log);
+            ASSERT_EQ(5, appendLogRecord(device, 0, 4, "tag", "first", 5));
+            std::ofstream(log, std::ios::app) << record.substr(0, cut);
+            std::uint64_t offset = 0;
+            EXPECT_EQ(1u, readLogRecords(device, 0, offset).size()) << row << ": an unfinished line is no record";
+            if (finished)
+                std::ofstream(log, std::ios::app) << record.substr(cut);
+            else
+                ASSERT_EQ(6, appendLogRecord(device, 0, 4, "tag", "second", 6));
+            const std::string last = finished ? message : "second";
+            std::vector<std::string> followed;
+            for (const LogRecord& r : readLogRecords(device, 0, offset))
+                followed.push_back(r.message);
+            EXPECT_EQ(std::vector<std::string>{last}, followed) << row << ": a reader that follows the buffer";
+            std::vector<std::string> all;
+            for (const LogRecord& r : readLogRecords(device, 0))
+                all.push_back(r.message);
+            EXPECT_EQ((std::vector<std::string>{"first", last}), all) << row;
+        }
+    }
+}
+
+TEST_F(TwoDevices, RootfsFilesNeitherClimbOutNorFollowLinks) {
+    fs::create_directories(other + "/rootfs/opt");
+    std::ofstream(other + "/rootfs/opt/theirs") << "theirs";
+    linkToOther("rootfs/opt");
+    for (const std::string path : {"/../escaped", "/opt/..", "escaped", "", "/opt/theirs", "/opt/new"}) {
+        EXPECT_THROW(writeRootfsFile(device, path, "mine"), std::runtime_error) << "write " << path;
+        EXPECT_THROW(removeRootfsFile(device, path == "/opt/new" ? "/opt/theirs" : path), std::runtime_error)
+            << "remove " << path;
+    }
+    EXPECT_FALSE(fs::exists(device + "/escaped"));
+    EXPECT_FALSE(fs::exists(other + "/rootfs/opt/new"));
+    EXPECT_EQ("theirs", contentOf(other + "/rootfs/opt/theirs"));
 }

@@ -32,7 +32,9 @@ int removeSetting(const std::string& deviceDir, const std::string& key);
 std::vector<std::string> listSettings(const std::string& deviceDir);
 
 // Drops every volatile ("memory/") key, as a reboot does; writes in progress stay whole. False,
-// with errno ELOOP and nothing removed, when the volatile directory lies behind a link.
+// with errno ELOOP and nothing removed, when the volatile directory lies behind a link; false
+// with the errno of the first failure when a key cannot be removed (the others are removed).
+// Throws std::system_error when the directory cannot be read.
 bool clearVolatileSettings(const std::string& deviceDir);
 
 } // namespace Emulator
