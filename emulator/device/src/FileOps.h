@@ -42,8 +42,9 @@ bool readFileFrom(const std::string& path, std::uint64_t& offset, std::string& o
 
 // Replaces path by a file holding content, all or nothing: a temporary file in the same
 // directory (named after the process and thread), write, fsync, rename, fsync of the directory.
-// Temporary files of writers that died are removed on the way. Returns false with errno set.
-bool replaceFileAtomically(const std::string& path, const std::string& content);
+// Temporary files of writers that died are removed on the way. With mustExist only an existing
+// file is replaced, in the same atomic step (ENOENT when there is none). Returns false with errno set.
+bool replaceFileAtomically(const std::string& path, const std::string& content, bool mustExist = false);
 
 // Removes path and syncs its directory. Returns false with errno set.
 bool removeFileDurably(const std::string& path);
