@@ -15,16 +15,11 @@ TEST(SystemInfo, ConstantsHaveThePlatformsNumbers) {
     const struct {
         const char* name;
         int actual, expected;
-    } rows[] = {CONSTANT(SYSTEM_INFO_ERROR_NONE, 0),
-                CONSTANT(SYSTEM_INFO_ERROR_INVALID_PARAMETER, -22),
-                CONSTANT(SYSTEM_INFO_ERROR_OUT_OF_MEMORY, -12),
-                CONSTANT(SYSTEM_INFO_ERROR_IO_ERROR, -5),
+    } rows[] = {CONSTANT(SYSTEM_INFO_ERROR_NONE, 0), CONSTANT(SYSTEM_INFO_ERROR_INVALID_PARAMETER, -22),
+                CONSTANT(SYSTEM_INFO_ERROR_OUT_OF_MEMORY, -12), CONSTANT(SYSTEM_INFO_ERROR_IO_ERROR, -5),
                 CONSTANT(SYSTEM_INFO_ERROR_PERMISSION_DENIED, -13),
-                CONSTANT(SYSTEM_INFO_ERROR_NOT_SUPPORTED, -1073741822),
-                CONSTANT(SYSTEM_INFO_BOOL, 0),
-                CONSTANT(SYSTEM_INFO_INT, 1),
-                CONSTANT(SYSTEM_INFO_DOUBLE, 2),
-                CONSTANT(SYSTEM_INFO_STRING, 3)};
+                CONSTANT(SYSTEM_INFO_ERROR_NOT_SUPPORTED, -1073741822), CONSTANT(SYSTEM_INFO_BOOL, 0),
+                CONSTANT(SYSTEM_INFO_INT, 1), CONSTANT(SYSTEM_INFO_DOUBLE, 2), CONSTANT(SYSTEM_INFO_STRING, 3)};
     for (const auto& row : rows)
         EXPECT_EQ(row.expected, row.actual) << row.name;
 }

@@ -21,39 +21,21 @@ TEST(Vconf, ConstantsHaveThePlatformsNumbers) {
     const struct {
         const char* name;
         int actual, expected;
-    } rows[] = {CONSTANT(VCONF_OK, 0),
-                CONSTANT(VCONF_ERROR, -1),
-                CONSTANT(VCONF_ERROR_WRONG_PREFIX, -2),
-                CONSTANT(VCONF_ERROR_WRONG_TYPE, -3),
-                CONSTANT(VCONF_ERROR_WRONG_VALUE, -4),
-                CONSTANT(VCONF_ERROR_NOT_INITIALIZED, -5),
-                CONSTANT(VCONF_ERROR_NO_MEM, -6),
-                CONSTANT(VCONF_ERROR_FILE_PERM, -11),
-                CONSTANT(VCONF_ERROR_FILE_BUSY, -12),
-                CONSTANT(VCONF_ERROR_FILE_NO_MEM, -13),
-                CONSTANT(VCONF_ERROR_FILE_NO_ENT, -14),
-                CONSTANT(VCONF_ERROR_FILE_OPEN, -21),
-                CONSTANT(VCONF_ERROR_FILE_FREAD, -22),
-                CONSTANT(VCONF_ERROR_FILE_FGETS, -23),
-                CONSTANT(VCONF_ERROR_FILE_WRITE, -24),
-                CONSTANT(VCONF_ERROR_FILE_SYNC, -25),
-                CONSTANT(VCONF_ERROR_FILE_CLOSE, -26),
-                CONSTANT(VCONF_ERROR_FILE_ACCESS, -27),
-                CONSTANT(VCONF_ERROR_FILE_CHMOD, -28),
-                CONSTANT(VCONF_ERROR_FILE_LOCK, -29),
-                CONSTANT(VCONF_ERROR_FILE_REMOVE, -30),
-                CONSTANT(VCONF_ERROR_FILE_SEEK, -31),
-                CONSTANT(VCONF_ERROR_FILE_TRUNCATE, -32),
-                CONSTANT(VCONF_ERROR_NOT_SUPPORTED, -33),
-                CONSTANT(VCONF_TYPE_NONE, 0),
-                CONSTANT(VCONF_TYPE_STRING, 40),
-                CONSTANT(VCONF_TYPE_INT, 41),
-                CONSTANT(VCONF_TYPE_DOUBLE, 42),
-                CONSTANT(VCONF_TYPE_BOOL, 43),
-                CONSTANT(VCONF_TYPE_DIR, 44),
-                CONSTANT(VCONF_GET_KEY, 0),
-                CONSTANT(VCONF_GET_ALL, 1),
-                CONSTANT(VCONF_GET_DIR, 2)};
+    } rows[] = {CONSTANT(VCONF_OK, 0), CONSTANT(VCONF_ERROR, -1), CONSTANT(VCONF_ERROR_WRONG_PREFIX, -2),
+                CONSTANT(VCONF_ERROR_WRONG_TYPE, -3), CONSTANT(VCONF_ERROR_WRONG_VALUE, -4),
+                CONSTANT(VCONF_ERROR_NOT_INITIALIZED, -5), CONSTANT(VCONF_ERROR_NO_MEM, -6),
+                CONSTANT(VCONF_ERROR_FILE_PERM, -11), CONSTANT(VCONF_ERROR_FILE_BUSY, -12),
+                CONSTANT(VCONF_ERROR_FILE_NO_MEM, -13), CONSTANT(VCONF_ERROR_FILE_NO_ENT, -14),
+                CONSTANT(VCONF_ERROR_FILE_OPEN, -21), CONSTANT(VCONF_ERROR_FILE_FREAD, -22),
+                CONSTANT(VCONF_ERROR_FILE_FGETS, -23), CONSTANT(VCONF_ERROR_FILE_WRITE, -24),
+                CONSTANT(VCONF_ERROR_FILE_SYNC, -25), CONSTANT(VCONF_ERROR_FILE_CLOSE, -26),
+                CONSTANT(VCONF_ERROR_FILE_ACCESS, -27), CONSTANT(VCONF_ERROR_FILE_CHMOD, -28),
+                CONSTANT(VCONF_ERROR_FILE_LOCK, -29), CONSTANT(VCONF_ERROR_FILE_REMOVE, -30),
+                CONSTANT(VCONF_ERROR_FILE_SEEK, -31), CONSTANT(VCONF_ERROR_FILE_TRUNCATE, -32),
+                CONSTANT(VCONF_ERROR_NOT_SUPPORTED, -33), CONSTANT(VCONF_TYPE_NONE, 0),
+                CONSTANT(VCONF_TYPE_STRING, 40), CONSTANT(VCONF_TYPE_INT, 41), CONSTANT(VCONF_TYPE_DOUBLE, 42),
+                CONSTANT(VCONF_TYPE_BOOL, 43), CONSTANT(VCONF_TYPE_DIR, 44), CONSTANT(VCONF_GET_KEY, 0),
+                CONSTANT(VCONF_GET_ALL, 1), CONSTANT(VCONF_GET_DIR, 2)};
     for (const auto& row : rows)
         EXPECT_EQ(row.expected, row.actual) << row.name;
 }
@@ -94,28 +76,12 @@ protected:
     const Orvo::Testing::TestDevice device;
 };
 
-Call getInt(const char* key) {
-    return [key](std::string& seen) {
-        int value = 7;
-        const int result = vconf_get_int(key, &value);
-        seen = value == 7 ? "untouched" : std::to_string(value);
-        return result;
-    };
-}
-
-Call getBool(const char* key) {
-    return [key](std::string& seen) {
-        int value = 7;
-        const int result = vconf_get_bool(key, &value);
-        seen = value == 7 ? "untouched" : std::to_string(value);
-        return result;
-    };
-}
-
-Call getDbl(const char* key) {
-    return [key](std::string& seen) {
-        double value = 7;
-        const int result = vconf_get_dbl(key, &value);
+// Outputs start as 7, a value no row reads, so that an untouched one shows.
+template <typename T>
+Call get(int (*getter)(const char*, T*), const char* key) {
+    return [getter, key](std::string& seen) {
+        T value = 7;
+        const int result = getter(key, &value);
         seen = value == 7 ? "untouched" : std::to_string(value);
         return result;
     };
@@ -142,28 +108,28 @@ TEST_F(VconfCalls, EachCaseGivesThePlatformsResultExtendedErrorAndReport) {
         int result, ext;
         std::string seen, report;
     } rows[] = {
-        {"get_int success", getInt("db/t/int"), 0, 0, "5", ""},
-        {"get_bool success", getBool("db/t/bool"), 0, 0, "1", ""},
-        {"get_dbl success", getDbl("file/t/dbl"), 0, 0, "1.500000", ""},
+        {"get_int success", get(vconf_get_int, "db/t/int"), 0, 0, "5", ""},
+        {"get_bool success", get(vconf_get_bool, "db/t/bool"), 0, 0, "1", ""},
+        {"get_dbl success", get(vconf_get_dbl, "file/t/dbl"), 0, 0, "1.500000", ""},
         {"get_str success: a copy", getStr("memory/t/str"), 0, 0, "text", ""},
-        {"get, key missing", getInt("db/t/missing"), -1, -14, "untouched",
+        {"get, key missing", get(vconf_get_int, "db/t/missing"), -1, -14, "untouched",
          "get value: key 'db/t/missing' errno 2\n"},
         {"get_str, key missing", getStr("memory/t/missing"), -1, -14, "NULL",
          "get value: key 'memory/t/missing' errno 2\n"},
-        {"get, wrong type", getInt("db/t/bool"), -1, -1, "untouched", "get value: key 'db/t/bool' errno 95\n"},
-        {"get_dbl, wrong type", getDbl("db/t/int"), -1, -1, "untouched", "get value: key 'db/t/int' errno 95\n"},
+        {"get, wrong type", get(vconf_get_int, "db/t/bool"), -1, -1, "untouched", "get value: key 'db/t/bool' errno 95\n"},
+        {"get_dbl, wrong type", get(vconf_get_dbl, "db/t/int"), -1, -1, "untouched", "get value: key 'db/t/int' errno 95\n"},
         {"get_str, wrong type", getStr("db/t/int"), -1, -1, "NULL", "get value: key 'db/t/int' errno 95\n"},
-        {"get, NULL key", getInt(nullptr), -1, -1, "untouched", ""},
+        {"get, NULL key", get(vconf_get_int, nullptr), -1, -1, "untouched", ""},
         {"get_str, NULL key", getStr(nullptr), -1, -1, "NULL", ""},
         {"get, NULL output", [](std::string& seen) { seen = "-"; return vconf_get_int("db/t/int", nullptr); }, -1, -1,
          "-", ""},
-        {"other prefix: a system key", getInt("other/t/int"), 0, 0, "6", ""},
-        {"other prefix, missing", getInt("settings/x"), -1, -14, "untouched", "get value: key 'settings/x' errno 2\n"},
-        {"key name with a blank", getInt("db/t/a b"), -1, -1, "untouched", "get value: key 'db/t/a b' errno 22\n"},
-        {"key name with a byte over 0x7E", getInt("db/t/\xC3\xA9"), -1, -1, "untouched",
+        {"other prefix: a system key", get(vconf_get_int, "other/t/int"), 0, 0, "6", ""},
+        {"other prefix, missing", get(vconf_get_int, "settings/x"), -1, -14, "untouched", "get value: key 'settings/x' errno 2\n"},
+        {"key name with a blank", get(vconf_get_int, "db/t/a b"), -1, -1, "untouched", "get value: key 'db/t/a b' errno 22\n"},
+        {"key name with a byte over 0x7E", get(vconf_get_int, "db/t/\xC3\xA9"), -1, -1, "untouched",
          "get value: key 'db/t/\xC3\xA9' errno 22\n"},
-        {"key name of 4096 bytes", getInt(longKey.c_str()), 0, 0, "8", ""},
-        {"key name of 4097 bytes", getInt(tooLongKey.c_str()), -1, -1, "untouched",
+        {"key name of 4096 bytes", get(vconf_get_int, longKey.c_str()), 0, 0, "8", ""},
+        {"key name of 4097 bytes", get(vconf_get_int, tooLongKey.c_str()), -1, -1, "untouched",
          "get value: key '" + tooLongKey + "' errno 36\n"},
         {"set success", setAndRead("db/t/int", [] { return vconf_set_int("db/t/int", -9); }), 0, 0, "int -9", ""},
         {"set, key missing: not created",
