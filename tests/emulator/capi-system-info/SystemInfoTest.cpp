@@ -38,9 +38,13 @@ template <>
 char* initial<char*>() {
     return nullptr;
 }
+template <> // 7 is no type: a failed type query keeps the string type (3)
+system_info_type_e initial<system_info_type_e>() {
+    return SYSTEM_INFO_STRING;
+}
 
 std::string show(int value) { return value == 7 ? "untouched" : std::to_string(value); }
-std::string show(system_info_type_e value) { return show(static_cast<int>(value)); }
+std::string show(system_info_type_e value) { return std::to_string(static_cast<int>(value)); }
 std::string show(double value) { return value == 7 ? "untouched" : std::to_string(value); }
 std::string show(bool value) { return value ? "true" : "false"; }
 std::string show(char* value) {
@@ -128,9 +132,9 @@ TEST(SystemInfo, EachCaseGivesThePlatformsResultAndOutput) {
         {"platform_type: double", call(system_info_get_platform_type, "tizen.org/feature/d"), 0, "2"},
         {"platform_type: string", call(system_info_get_platform_type, "tizen.org/system/s"), 0, "3"},
         {"platform_type, unknown key", call(system_info_get_platform_type, "tizen.org/feature/x"), kInvalid,
-         "untouched"},
+         "3"},
         {"custom_type", call(system_info_get_custom_type, "maker/c"), 0, "1"},
-        {"custom_type, unknown key", call(system_info_get_custom_type, "maker/x"), kInvalid, "untouched"},
+        {"custom_type, unknown key", call(system_info_get_custom_type, "maker/x"), kInvalid, "3"},
         {"a feature marked unsupported", call(system_info_get_platform_bool, "tizen.org/feature/u"),
          SYSTEM_INFO_ERROR_NOT_SUPPORTED, "true"},
         {"value_int", numbered(system_info_get_value_int, 90001), 0, "-17"},
@@ -167,8 +171,8 @@ TEST(SystemInfo, WithoutADeviceEachCallFailsAsThePlatformsDoesWithoutItsStore) {
         {"platform_int", call(system_info_get_platform_int, "tizen.org/feature/n"), kInvalid, "untouched"},
         {"custom_string", call(system_info_get_custom_string, "maker/c"), kInvalid, "untouched"},
         {"platform_type", call(system_info_get_platform_type, "tizen.org/feature/n"), SYSTEM_INFO_ERROR_IO_ERROR,
-         "untouched"},
-        {"custom_type", call(system_info_get_custom_type, "maker/c"), kInvalid, "untouched"},
+         "3"},
+        {"custom_type", call(system_info_get_custom_type, "maker/c"), kInvalid, "3"},
         {"value_int", numbered(system_info_get_value_int, 77), SYSTEM_INFO_ERROR_IO_ERROR, "untouched"},
     });
     ::testing::internal::GetCapturedStderr();

@@ -5,7 +5,7 @@
 //
 // Results are 0 or an errno value: ENOENT no such key, EINVAL a key name with a byte outside
 // 0x21-0x7E or an empty one, ENAMETOOLONG a key name over kMaxKeyLength, EMSGSIZE a value over
-// kMaxSettingValueLength, ELOOP a setting file behind a link, kNotRegularFile (FileOps.h) one
+// kMaxSettingValueLength, ELOOP a setting file behind a link, EMEDIUMTYPE one
 // that is no regular file, EBADMSG one whose content is no setting (corrupt), or the file
 // system's own errno.
 
