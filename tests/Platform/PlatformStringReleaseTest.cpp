@@ -19,6 +19,7 @@ TEST(PlatformStringReleaseTest, EveryReaderFreesThePlatformsText) {
     TestDevice device;
     device.setConf("system-info.128", "string T-XYZ9-1302.5 with a text beyond the short-string buffer");
     device.setConf("system-info.8", "string 2024-01-02 03:04:05 and more text");
+    device.addSetting("db/test/text", Emulator::SettingType::String, "");
     const Platform::VConf<std::string> setting("db/test/text");
     setting.set("a stored text beyond the short-string buffer");
     P::initializeProduct();

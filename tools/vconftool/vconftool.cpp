@@ -1,9 +1,12 @@
-// vconftool: the device's settings from the command line, as the platform's tool takes them.
+// vconftool: the device's settings from the command line, as the platform's newer tool (the
+// script over its settings service's control program) takes and prints them.
 //
-//   vconftool set -t <int|bool|double|string> <key> <value> [-f] [-i] [-u UID] [-g GID] [-s LABEL]
-//   vconftool get [-r] <key>    prints "<key>, value = <value> (<type>)"; a key ending in /
-//                               lists the keys under it
-//   vconftool unset <key>
+//   vconftool [-f] [-i] [-u UID] [-g GID] [-s LABEL] [-d] set -t <int|bool|double|string> KEY VALUE
+//   vconftool get [-r] KEY      prints "<key>, value = <value> (<Int32|Boolean|Double|String>)"
+//   vconftool unset KEY
+//
+// Like the platform's control program it works on the settings store itself: a set creates a
+// missing key, which the vconf library never does.
 
 #include "CommandLine.h"
 
@@ -11,196 +14,209 @@
 #include "orvo/device/SettingsStore.h"
 #include "orvo/device/TextValues.h"
 
-#include <vconf.h>
-
-#include <strings.h>
+#include <regex.h>
 
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <string>
 #include <vector>
 
 namespace {
 
+using Orvo::Emulator::Setting;
 using Orvo::Emulator::SettingType;
-using Orvo::Tools::UsageError;
 
 const char kUsage[] =
-    "Usage: vconftool set -t TYPE KEY VALUE [-f] [-i] [-u UID] [-g GID] [-s LABEL]\n"
-    "       vconftool get [-r] KEY\n"
-    "       vconftool unset KEY\n"
+    "Usage: vconftool [OPTIONS] set -t TYPE KEY VALUE\n"
+    "       vconftool [OPTIONS] get [-r] KEY\n"
+    "       vconftool [OPTIONS] unset KEY\n"
     "\n"
     "Reads and writes the settings of the emulated device ($ORVO_DEVICE_DIR, or the default\n"
-    "device). Keys begin with db/, file/ (persistent) or memory/ (cleared at reboot).\n"
-    "  -t, --type TYPE    int, bool, double or string, in any case and by prefix (-t i)\n"
-    "  -f, --force        overwrite an existing key\n"
-    "  -r, --recursive    get KEY/: every key below KEY/, not only those directly in it\n"
-    "  -i, -u UID, -g GID, -s LABEL\n"
-    "                     the platform's install, owner, group and security label: accepted\n"
-    "                     and ignored (the emulated device has no owners or labels)\n"
-    "get of a key ending in / lists the keys in that folder. Doubles print as %f (0.100000).\n"
-    "Bools are 1 or 0; the television reads any other bool value as a number.\n"
+    "device), as the platform's newer vconftool (the one over buxton2) does. Keys beginning with\n"
+    "memory/ are volatile (cleared at reboot), all others persistent.\n"
+    "  -t TYPE        int (stored as Int32), bool, double or string, spelt exactly so\n"
+    "  -r             get: every key whose name matches the regular expression ^KEY\n"
+    "  -f             accepted; set always overwrites, and creates a missing key\n"
+    "  -i, --install  set the default value (here the one value a key has)\n"
+    "  -u UID, -g GID, -v, -q\n"
+    "                 accepted and ignored\n"
+    "  -s LABEL       the key's write privilege: accepted, ignored (no privileges here)\n"
+    "  -d             print each settings-service command on standard error\n"
+    "Numbers: int and bool as strtol with base 0 (0x hex, leading-0 octal; a bool is true when\n"
+    "not 0), double as strtod. Errors print \"Error: <message>\" and exit with 1; a wrong\n"
+    "command line prints this text and exits with 1.\n"
     "\n"
-    "Where the emulated device differs from the television:\n"
-    "  set without -f on an existing key: the television refuses it; here it is written with\n"
-    "  a warning. set with another type replaces the key. -i, -u, -g and -s change nothing.\n";
+    "The emulator's own: -h, --help (this text); a missing or unreadable device is reported as\n"
+    "\"vconftool: <reason>\" on standard error (exit 1).\n";
 
-const char* const kTypeNames = "int, bool, double or string";
+// A wrong command line: the usage, exit status 1, preceded by a line of its own where the
+// platform's tool prints one.
+struct UsageFailure {
+    std::string line;
+};
 
-std::string describeVconfError(int code, int savedErrno) {
-    switch (code) {
-    case VCONF_ERROR_WRONG_PREFIX:
-        return "the key must begin with db/, file/ or memory/";
-    case VCONF_ERROR_WRONG_TYPE:
-        return "the key holds another type";
-    case VCONF_ERROR_WRONG_VALUE:
-        return "invalid value (at most 4096 bytes)";
-    case VCONF_ERROR_FILE_NO_ENT:
-        return "no such key";
-    case VCONF_ERROR_FILE_PERM:
-        return "permission denied";
-    case VCONF_ERROR_FILE_NO_MEM:
-        return "no space left on the device";
-    case VCONF_ERROR_NO_MEM:
-        return "out of memory";
-    case VCONF_ERROR_NOT_INITIALIZED:
-        return "there is no device (make one with orvo-device create)";
-    case VCONF_ERROR_FILE_FREAD:
-        return "the setting's file is corrupt (not type, line feed and value as vconf writes it); "
-               "set the key again or unset it";
-    case VCONF_ERROR_FILE_OPEN:
-        return "the setting's file is a link or a special file, which the device never follows";
-    default:
-        if (savedErrno == ENAMETOOLONG) return "the key is too long for the device (its file name is over 255 bytes)";
-        return "vconf error " + std::to_string(code) + " (" + std::strerror(savedErrno) + ")";
-    }
-}
-
-// Runs one vconf call; a failure becomes an exception naming the key and the reason.
-void check(int result, const std::string& key) {
-    if (result == 0) return;
-    const int savedErrno = errno;
-    throw std::runtime_error(key + ": " + describeVconfError(vconf_get_ext_errno(), savedErrno));
-}
-
-// The platform's tool takes the type names in any case and by prefix.
-SettingType parseTypeName(const std::string& name) {
-    for (const SettingType type : {SettingType::Int, SettingType::Bool, SettingType::Double, SettingType::String}) {
-        const std::string full = Orvo::Emulator::settingTypeName(type);
-        if (!name.empty() && name.size() <= full.size() && ::strncasecmp(name.c_str(), full.c_str(), name.size()) == 0)
-            return type;
-    }
-    throw UsageError("unknown type \"" + name + "\" (expected " + kTypeNames + ")");
-}
-
-void setValue(SettingType type, const std::string& key, const std::string& text) {
-    const std::string invalid =
-        "invalid " + std::string(Orvo::Emulator::settingTypeName(type)) + " value \"" + text + "\"";
-    int intValue = 0;
-    double doubleValue = 0;
-    errno = 0;
-    switch (type) {
-    case SettingType::Int:
-        if (!Orvo::Emulator::parseInt(text, intValue)) throw UsageError(invalid);
-        return check(vconf_set_int(key.c_str(), intValue), key);
-    case SettingType::Bool:
-        if (text != "1" && text != "0")
-            throw UsageError(invalid + ": give 1 or 0 (the television would read it as a number)");
-        return check(vconf_set_bool(key.c_str(), text == "1"), key);
-    case SettingType::Double:
-        if (!Orvo::Emulator::parseDouble(text, doubleValue)) throw UsageError(invalid);
-        return check(vconf_set_dbl(key.c_str(), doubleValue), key);
-    case SettingType::String:
-        return check(vconf_set_str(key.c_str(), text.c_str()), key);
-    }
-}
-
-bool exists(const std::string& key) {
-    int value = 0;
-    return vconf_get_int(key.c_str(), &value) == 0 || vconf_get_ext_errno() == VCONF_ERROR_WRONG_TYPE;
-}
-
-// vconf has no "which type is it" call: the getters are tried in turn, and a wrong type is the
-// only failure that moves on to the next one.
-void printKey(const std::string& key) {
-    int intValue = 0;
-    double doubleValue = 0;
-    std::string text;
-    const char* typeName = nullptr;
-    errno = 0;
-    if (vconf_get_int(key.c_str(), &intValue) == 0) {
-        text = std::to_string(intValue);
-        typeName = "int";
-    } else if (vconf_get_ext_errno() == VCONF_ERROR_WRONG_TYPE && vconf_get_bool(key.c_str(), &intValue) == 0) {
-        text = intValue != 0 ? "1" : "0";
-        typeName = "bool";
-    } else if (vconf_get_ext_errno() == VCONF_ERROR_WRONG_TYPE && vconf_get_dbl(key.c_str(), &doubleValue) == 0) {
-        char number[512];
-        std::snprintf(number, sizeof number, "%f", doubleValue);
-        text = number;
-        typeName = "double";
-    } else if (vconf_get_ext_errno() == VCONF_ERROR_WRONG_TYPE) {
-        char* value = vconf_get_str(key.c_str());
-        check(value == nullptr ? -1 : 0, key);
-        text = value;
-        std::free(value);
-        typeName = "string";
-    } else {
-        check(-1, key);
-    }
-    std::printf("%s, value = %s (%s)\n", key.c_str(), text.c_str(), typeName);
-}
-
-// "get folder/": the keys directly in the folder, or with `recursive` every key below it.
-void printFolder(const std::string& deviceDir, const std::string& folder, bool recursive) {
-    bool any = false;
-    for (const std::string& key : Orvo::Emulator::listSettings(deviceDir)) {
-        if (key.compare(0, folder.size(), folder) != 0) continue;
-        if (!recursive && key.find('/', folder.size()) != std::string::npos) continue;
-        printKey(key);
-        any = true;
-    }
-    if (!any) throw std::runtime_error(folder + ": no keys" + (recursive ? " below it" : " in it (-r: below it)"));
-}
+// A failed operation: "Error: <message>" on standard output, exit status 1.
+struct OperationFailure {
+    std::string message;
+};
 
 struct Options {
     std::string typeName;
-    bool force = false;
+    bool typeGiven = false;
     bool recursive = false;
-    bool platformOnly = false; // -i, -u, -g or -s
+    bool debug = false;
     bool help = false;
 };
 
+const char* layerOf(const std::string& key) { return key.compare(0, 7, "memory/") == 0 ? "memory" : "system"; }
+
+// The control program's names: the command suffix and the printed type.
+const char* commandTypeName(SettingType type) {
+    switch (type) {
+    case SettingType::Int:
+        return "int32";
+    case SettingType::Bool:
+        return "bool";
+    case SettingType::Double:
+        return "double";
+    case SettingType::String:
+        return "string";
+    }
+    return "";
+}
+
+const char* printedTypeName(SettingType type) {
+    switch (type) {
+    case SettingType::Int:
+        return "Int32";
+    case SettingType::Bool:
+        return "Boolean";
+    case SettingType::Double:
+        return "Double";
+    case SettingType::String:
+        return "String";
+    }
+    return "";
+}
+
+void trace(const Options& options, const std::string& command) {
+    if (options.debug) std::fprintf(stderr, "buxton2ctl -d -- %s\n", command.c_str());
+}
+
+[[noreturn]] void fail(const char* verb, const std::string& key, int error) {
+    throw OperationFailure{std::string(verb) + ": Layer '" + layerOf(key) + "' Key '" + key +
+                           "': " + Orvo::Emulator::describeSettingError(error)};
+}
+
+SettingType parseType(const Options& options) {
+    static const SettingType kTypes[] = {SettingType::Int, SettingType::Bool, SettingType::Double,
+                                         SettingType::String};
+    for (const SettingType type : kTypes)
+        if (options.typeName == Orvo::Emulator::settingTypeName(type)) return type;
+    throw UsageFailure{"Type '" + options.typeName + "': Invalid type"};
+}
+
+// The value as the store keeps it: strtol with base 0 and strtod, the whole text or nothing.
+std::string storedValue(SettingType type, const std::string& text) {
+    if (type == SettingType::String) return text;
+    const OperationFailure invalid{"Set: '" + text + "': Invalid number"};
+    char* end = nullptr;
+    errno = 0;
+    if (type == SettingType::Double) {
+        const double value = std::strtod(text.c_str(), &end);
+        if (*end != '\0' || errno == ERANGE) throw invalid;
+        return Orvo::Emulator::formatDouble(value);
+    }
+    const long value = std::strtol(text.c_str(), &end, 0);
+    if (*end != '\0' || errno == ERANGE || (type == SettingType::Int && (value < INT_MIN || value > INT_MAX)))
+        throw invalid;
+    if (type == SettingType::Bool) return value != 0 ? "1" : "0";
+    return std::to_string(value);
+}
+
+void setKey(const std::string& deviceDir, const Options& options, const std::string& key, const std::string& text) {
+    const SettingType type = parseType(options);
+    const Setting setting{type, storedValue(type, text)};
+    const std::string typed = std::string(commandTypeName(type)) + " " + layerOf(key) + " " + key + " " + text;
+    trace(options, "set-" + typed);
+    int result = Orvo::Emulator::writeSetting(deviceDir, key, setting, Orvo::Emulator::WriteMode::ReplaceExisting);
+    if (result == ENOENT) {
+        trace(options, "create-" + typed);
+        result = Orvo::Emulator::writeSetting(deviceDir, key, setting);
+    }
+    if (result != 0) fail("Set", key, result);
+}
+
+std::string printedValue(const Setting& setting) {
+    double number = 0;
+    switch (setting.type) {
+    case SettingType::Bool:
+        return setting.value == "1" ? "True" : "False";
+    case SettingType::Double: {
+        Orvo::Emulator::parseDouble(setting.value, number);
+        char text[512];
+        std::snprintf(text, sizeof text, "%f", number);
+        return text;
+    }
+    case SettingType::Int:
+    case SettingType::String:
+        break;
+    }
+    return setting.value;
+}
+
+void getKey(const std::string& deviceDir, const Options& options, const std::string& key) {
+    trace(options, std::string("get ") + layerOf(key) + " " + key);
+    Setting setting;
+    const int result = Orvo::Emulator::readSetting(deviceDir, key, setting);
+    if (result != 0) fail("Get", key, result);
+    std::printf("%s, value = %s (%s)\n", key.c_str(), printedValue(setting).c_str(), printedTypeName(setting.type));
+}
+
+// get -r: every key whose name matches the basic regular expression ^pattern.
+void getMatching(const std::string& deviceDir, const Options& options, const std::string& pattern) {
+    regex_t expression;
+    if (::regcomp(&expression, ("^" + pattern).c_str(), REG_NOSUB) != 0)
+        throw OperationFailure{"Get: '" + pattern + "': Invalid regular expression"};
+    std::vector<std::string> keys;
+    for (const std::string& key : Orvo::Emulator::listSettings(deviceDir))
+        if (::regexec(&expression, key.c_str(), 0, nullptr, 0) == 0) keys.push_back(key);
+    ::regfree(&expression);
+    trace(options, "list-keys system");
+    trace(options, "list-keys memory");
+    for (const std::string& key : keys)
+        getKey(deviceDir, options, key);
+}
+
 std::vector<std::string> parseArguments(const std::vector<std::string>& args, Options& options) {
-    static const option longOptions[] = {{"type", required_argument, nullptr, 't'},
-                                         {"force", no_argument, nullptr, 'f'},
-                                         {"recursive", no_argument, nullptr, 'r'},
-                                         {"install", no_argument, nullptr, 'i'},
-                                         {"uid", required_argument, nullptr, 'u'},
-                                         {"gid", required_argument, nullptr, 'g'},
-                                         {"smack", required_argument, nullptr, 's'},
+    static const option longOptions[] = {{"install", no_argument, nullptr, 'i'},
                                          {"help", no_argument, nullptr, 'h'},
                                          {nullptr, 0, nullptr, 0}};
-    return Orvo::Tools::parseCommandLine(args, "t:frhiu:g:s:", longOptions, [&](int option, const char* value) {
-        switch (option) {
-        case 't':
-            options.typeName = value;
-            break;
-        case 'f':
-            options.force = true;
-            break;
-        case 'r':
-            options.recursive = true;
-            break;
-        case 'h':
-            options.help = true;
-            break;
-        default: // i u g s
-            options.platformOnly = true;
-        }
-    });
+    try {
+        return Orvo::Tools::parseCommandLine(args, "t:frdvqhiu:g:s:", longOptions, [&](int option, const char* value) {
+            switch (option) {
+            case 't':
+                options.typeName = value;
+                options.typeGiven = true;
+                break;
+            case 'r':
+                options.recursive = true;
+                break;
+            case 'd':
+                options.debug = true;
+                break;
+            case 'h':
+                options.help = true;
+                break;
+            default: // f i u g s v q: nothing to do on the emulated device
+                break;
+            }
+        });
+    } catch (const Orvo::Tools::UsageError&) {
+        throw UsageFailure{};
+    }
 }
 
 int run(const std::vector<std::string>& args) {
@@ -210,40 +226,24 @@ int run(const std::vector<std::string>& args) {
         std::fputs(kUsage, stdout);
         return 0;
     }
-    if (operands.empty()) throw UsageError("missing command (set, get or unset)");
-    const std::string& command = operands[0];
-    const std::vector<std::string> rest(operands.begin() + 1, operands.end());
-    if (command != "set" && command != "get" && command != "unset")
-        throw UsageError("unknown command \"" + command + "\"");
-    if (command == "set" && options.typeName.empty()) throw UsageError(std::string("set needs -t ") + kTypeNames);
-    if (command == "set" && rest.size() != 2)
-        throw UsageError(rest.size() < 2 ? "set needs a key and a value" : "set takes one key and one value");
-    if (command != "set" && rest.size() != 1) throw UsageError(command + " takes exactly one key");
-    if (command != "set" && (!options.typeName.empty() || options.force || options.platformOnly))
-        throw UsageError("-t, -f, -i, -u, -g and -s belong to set");
-    if (command != "get" && options.recursive) throw UsageError("-r belongs to get");
-    const SettingType type = command == "set" ? parseTypeName(options.typeName) : SettingType::Int;
+    const std::string command = operands.empty() ? std::string() : operands[0];
+    const std::size_t needed = command == "set" ? 3 : 2;
+    if ((command != "set" && command != "get" && command != "unset") || operands.size() != needed)
+        throw UsageFailure{};
+    if (command == "set") parseType(options); // a bad type is named before the device is looked at
 
-    // The platform library finds the device through ORVO_DEVICE_DIR; the tool's device may be
-    // the default one, created on first use.
     const std::string deviceDir = Orvo::Emulator::toolDeviceDirectory();
-    ::setenv("ORVO_DEVICE_DIR", deviceDir.c_str(), 1);
-    const std::string& key = rest[0];
+    const std::string& key = operands[1];
     if (command == "set") {
-        if (options.platformOnly)
-            std::fputs("vconftool: note: -i, -u, -g and -s have no effect on the emulated device\n", stderr);
-        const bool existed = !options.force && exists(key);
-        setValue(type, key, rest[1]);
-        if (existed)
-            std::fprintf(stderr, "vconftool: warning: %s already existed; the television refuses this set without -f\n",
-                         key.c_str());
-    } else if (command == "get" && !key.empty() && key.back() == '/') {
-        printFolder(deviceDir, key, options.recursive);
+        setKey(deviceDir, options, key, operands[2]);
+    } else if (command == "get" && options.recursive) {
+        getMatching(deviceDir, options, key);
     } else if (command == "get") {
-        printKey(key);
+        getKey(deviceDir, options, key);
     } else {
-        errno = 0;
-        check(vconf_unset(key.c_str()), key);
+        trace(options, std::string("unset ") + layerOf(key) + " " + key);
+        const int result = Orvo::Emulator::removeSetting(deviceDir, key);
+        if (result != 0) fail("Unset", key, result);
     }
     return 0;
 }
@@ -251,5 +251,16 @@ int run(const std::vector<std::string>& args) {
 } // namespace
 
 int main(int argc, char** argv) {
-    return Orvo::Tools::runTool("vconftool", [&] { return run(std::vector<std::string>(argv + 1, argv + argc)); });
+    return Orvo::Tools::runTool("vconftool", [&] {
+        try {
+            return run(std::vector<std::string>(argv + 1, argv + argc));
+        } catch (const UsageFailure& failure) {
+            if (!failure.line.empty()) std::printf("%s\n", failure.line.c_str());
+            std::fputs(kUsage, stdout);
+        } catch (const OperationFailure& failure) {
+            std::printf("Error: %s\n", failure.message.c_str());
+        }
+        std::fflush(stdout);
+        return 1;
+    });
 }

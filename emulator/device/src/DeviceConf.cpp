@@ -43,12 +43,34 @@ void reportMalformedLine(const std::string& origin, int lineNumber, const std::s
     std::fprintf(stderr, "%s:%d: malformed line ignored (%s)\n", origin.c_str(), lineNumber, reason.c_str());
 }
 
+// The result that a key the device does not support gives (SYSTEM_INFO_ERROR_NOT_SUPPORTED).
+const int kNotSupported = -1073741822;
+
 // "<type> <value>": the value of a string is the rest after exactly one blank, kept as it is.
-bool parseSystemInfoValue(const std::string& text, SystemInfoValue& value, std::string& reason) {
+// "unsupported" and "error <code>" make every read fail. A key by name (`named`) keeps the text
+// of any type as it is written: the platform converts it only when it is read.
+bool parseSystemInfoValue(const std::string& text, bool named, SystemInfoValue& value, std::string& reason) {
     const std::size_t blank = text.find_first_of(kBlanks);
     const std::string type = text.substr(0, blank);
     const std::string rest = blank == std::string::npos ? std::string() : text.substr(blank + 1);
     const std::string word = trim(rest);
+    static const std::pair<const char*, SystemInfoValue::Type> kNamedTypes[] = {
+        {"bool", SystemInfoValue::Type::Bool},
+        {"int", SystemInfoValue::Type::Int},
+        {"double", SystemInfoValue::Type::Double},
+        {"string", SystemInfoValue::Type::String}};
+    if (trim(text) == "unsupported") {
+        value.type = SystemInfoValue::Type::Error;
+        value.errorCode = kNotSupported;
+        return true;
+    }
+    for (const auto& namedType : kNamedTypes) {
+        if (named && type == namedType.first) {
+            value.type = namedType.second;
+            value.stringValue = rest;
+            return true;
+        }
+    }
     if (type == "string") {
         value.type = SystemInfoValue::Type::String;
         value.stringValue = rest;
@@ -62,7 +84,7 @@ bool parseSystemInfoValue(const std::string& text, SystemInfoValue& value, std::
     } else if (type == "error" && parseInt(word, value.errorCode) && value.errorCode != 0) {
         value.type = SystemInfoValue::Type::Error;
     } else {
-        reason = "expected int, bool, double, string or error with a valid value";
+        reason = "expected int, bool, double, string or error with a valid value, or unsupported";
         return false;
     }
     return true;
@@ -82,15 +104,38 @@ bool parseEntry(const std::string& name, const std::string& value, DeviceConf& c
         conf.production = value == "true";
         return true;
     }
+    for (auto* named : {&conf.platformInfo, &conf.customInfo}) {
+        const std::string prefix = named == &conf.platformInfo ? "system-info.platform." : "system-info.custom.";
+        if (!startsWith(name, prefix)) continue;
+        const std::string key = systemInfoKeyName(name.substr(prefix.size()));
+        SystemInfoValue parsed;
+        if (key.empty()) {
+            reason = "system-info entry without a key name";
+            return false;
+        }
+        if (!parseSystemInfoValue(value, true, parsed, reason)) return false;
+        (*named)[key] = parsed;
+        return true;
+    }
     if (parseIndex(name, "system-info.", index)) {
         SystemInfoValue parsed;
-        if (!parseSystemInfoValue(value, parsed, reason)) return false;
+        if (!parseSystemInfoValue(value, false, parsed, reason)) return false;
         conf.systemInfo[index] = parsed;
+        return true;
+    }
+    const std::string nameSuffix = ".name";
+    if (name.size() > nameSuffix.size() && name.compare(name.size() - nameSuffix.size(), nameSuffix.size(), nameSuffix) == 0 &&
+        parseIndex(name.substr(0, name.size() - nameSuffix.size()), "tzplatform.", index)) {
+        if (trim(value).empty() || trim(value).find_first_of(kBlanks) != std::string::npos) {
+            reason = "a tzplatform name is one word";
+            return false;
+        }
+        conf.tzplatformNames[index] = trim(value);
         return true;
     }
     if (parseIndex(name, "tzplatform.", index)) {
         if (trim(value).empty()) {
-            reason = "tzplatform entry without a directory";
+            reason = "tzplatform entry without a value";
             return false;
         }
         conf.tzplatform[index] = trim(value);
@@ -101,6 +146,8 @@ bool parseEntry(const std::string& name, const std::string& value, DeviceConf& c
 }
 
 } // namespace
+
+std::string systemInfoKeyName(const std::string& key) { return startsWith(key, "http://") ? key.substr(7) : key; }
 
 DeviceConf DeviceConf::load(const std::string& deviceDir) {
     const std::string path = deviceDir + "/device.conf";

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <climits>
 #include <cstdlib>
 #include <cstring>
@@ -203,7 +204,25 @@ bool readFileFrom(const std::string& path, std::uint64_t& offset, std::string& o
     }
 }
 
-bool replaceFileAtomically(const std::string& path, const std::string& content) {
+namespace {
+
+// Puts temporary in path's place: a plain rename, or with mustExist an exchange that fails with
+// ENOENT when path is missing (the old file then sits at temporary). A file system without
+// exchanges gets a test followed by the rename.
+bool moveIntoPlace(const std::string& temporary, const std::string& path, bool mustExist) {
+    if (!mustExist) return sys::rename(temporary.c_str(), path.c_str()) == 0;
+    if (sys::exchange(temporary.c_str(), path.c_str()) == 0) {
+        ::unlink(temporary.c_str());
+        return true;
+    }
+    if (errno != EINVAL && errno != ENOSYS) return false;
+    struct stat status;
+    return ::lstat(path.c_str(), &status) == 0 && sys::rename(temporary.c_str(), path.c_str()) == 0;
+}
+
+} // namespace
+
+bool replaceFileAtomically(const std::string& path, const std::string& content, bool mustExist) {
     const std::string directory = directoryOf(path);
     const std::string temporary = temporaryNameFor(path);
     {
@@ -218,7 +237,7 @@ bool replaceFileAtomically(const std::string& path, const std::string& content) 
             return false;
         }
     }
-    if (sys::rename(temporary.c_str(), path.c_str()) != 0) {
+    if (!moveIntoPlace(temporary, path, mustExist)) {
         const int saved = errno;
         ::unlink(temporary.c_str());
         errno = saved;

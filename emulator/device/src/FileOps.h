@@ -62,6 +62,12 @@ inline int rename(const char* from, const char* to) {
     return error != 0 ? fail(error) : ::rename(from, to);
 }
 
+// Swaps two names atomically: a rename that fails when the target is missing.
+inline int exchange(const char* from, const char* to) {
+    const int error = faultOf(FileCall::Rename);
+    return error != 0 ? fail(error) : ::renameat2(AT_FDCWD, from, AT_FDCWD, to, RENAME_EXCHANGE);
+}
+
 inline int ftruncate(int fd, off_t length) {
     const int error = faultOf(FileCall::Ftruncate);
     return error != 0 ? fail(error) : ::ftruncate(fd, length);
@@ -104,8 +110,9 @@ bool readFileFrom(const std::string& path, std::uint64_t& offset, std::string& o
 
 // Replaces path by a file holding content, all or nothing: a temporary file in the same
 // directory (named after the process and thread), write, fsync, rename, fsync of the directory.
-// Temporary files of writers that died are removed on the way. Returns false with errno set.
-bool replaceFileAtomically(const std::string& path, const std::string& content);
+// Temporary files of writers that died are removed on the way. With mustExist only an existing
+// file is replaced, in the same atomic step (ENOENT when there is none). Returns false with errno set.
+bool replaceFileAtomically(const std::string& path, const std::string& content, bool mustExist = false);
 
 // Removes path and syncs its directory. Returns false with errno set.
 bool removeFileDurably(const std::string& path);

@@ -5,15 +5,18 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
+#include <cstdint>
 #include <unistd.h>
-#include <vconf.h>
 
 namespace Orvo {
 namespace Emulator {
 namespace {
 
 const char kVolatilePrefix[] = "memory/";
-const char* const kPersistentPrefixes[] = {"db/", "file/"};
+// A key whose encoded name is longer than a file name may be is stored under a hash of it, in a
+// file that begins with the key's own line.
+const char kHashedNamePrefix[] = "%%";
 
 bool startsWith(const std::string& text, const char* prefix) {
     return text.compare(0, std::char_traits<char>::length(prefix), prefix) == 0;
@@ -21,11 +24,13 @@ bool startsWith(const std::string& text, const char* prefix) {
 
 bool isVolatileKey(const std::string& key) { return startsWith(key, kVolatilePrefix); }
 
-bool hasKnownPrefix(const std::string& key) {
-    if (isVolatileKey(key)) return true;
-    for (const char* prefix : kPersistentPrefixes)
-        if (startsWith(key, prefix)) return true;
-    return false;
+// The platform's rule for key names: printable ASCII without the blank, at most kMaxKeyLength.
+int checkKeyName(const std::string& key) {
+    if (key.size() > kMaxKeyLength) return ENAMETOOLONG;
+    if (key.empty()) return EINVAL;
+    for (const char c : key)
+        if (c < 0x21 || c > 0x7E) return EINVAL;
+    return 0;
 }
 
 std::string persistentDirectory(const std::string& deviceDir) { return deviceDir + "/vconf"; }
@@ -77,8 +82,19 @@ bool decodeKey(const std::string& name, std::string& key) {
     return true;
 }
 
-std::string settingPath(const std::string& deviceDir, const std::string& key) {
-    return settingsDirectoryFor(deviceDir, key) + "/" + encodeKey(key);
+bool isHashedName(const std::string& name) { return startsWith(name, kHashedNamePrefix); }
+
+std::string fileNameFor(const std::string& key) {
+    const std::string encoded = encodeKey(key);
+    if (encoded.size() <= NAME_MAX) return encoded;
+    std::uint64_t hash = 14695981039346656037ULL; // FNV-1a
+    for (const char c : key)
+        hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211ULL;
+    static const char hex[] = "0123456789ABCDEF";
+    std::string name = kHashedNamePrefix;
+    for (int shift = 60; shift >= 0; shift -= 4)
+        name += hex[(hash >> shift) & 0xF];
+    return name;
 }
 
 bool parseType(const std::string& name, SettingType& type) {
@@ -93,7 +109,6 @@ bool parseType(const std::string& name, SettingType& type) {
 }
 
 bool isValidValue(const Setting& setting) {
-    if (setting.value.size() > kMaxSettingValueLength) return false;
     int intValue = 0;
     double doubleValue = 0;
     switch (setting.type) {
@@ -104,35 +119,43 @@ bool isValidValue(const Setting& setting) {
     case SettingType::Double:
         return parseDouble(setting.value, doubleValue);
     case SettingType::String:
-        return true;
+        return setting.value.size() <= kMaxSettingValueLength;
     }
     return false;
 }
 
-// The platform's mapping of errno for vconf_get_ext_errno(), and FILE_OPEN for a file that is not
-// followed or opened (a link, a special file).
-int errorFromErrno() {
-    switch (errno) {
-    case kNotRegularFile:
-    case ELOOP:
-        return VCONF_ERROR_FILE_OPEN;
-    case ENOENT:
-    case ENOTDIR:
-        return VCONF_ERROR_FILE_NO_ENT;
-    case EACCES:
-    case EPERM:
-        return VCONF_ERROR_FILE_PERM;
-    case ENOMEM:
-    case ENOSPC:
-        return VCONF_ERROR_FILE_NO_MEM;
-    case EAGAIN:
-    case ETIMEDOUT:
-    case EBUSY:
-    case EMFILE:
-        return VCONF_ERROR_FILE_BUSY;
-    default:
-        return VCONF_ERROR;
+// Reads the file of a stored name; for a hashed name also the key it holds (its first line).
+// The text after it is the setting: type, line feed, value.
+int readStoredFile(const std::string& path, bool hashed, std::string& key, std::string& setting) {
+    // The longest valid file: the key's line, the longest type name, a line feed, the longest value.
+    const std::size_t maxFileSize = (hashed ? kMaxKeyLength + 1 : 0) + kMaxSettingValueLength + 8;
+    std::string content;
+    if (!readFile(path, content, maxFileSize)) return errno == EFBIG ? EBADMSG : errno;
+    if (!hashed) {
+        setting.swap(content);
+        return 0;
     }
+    const std::size_t lineFeed = content.find('\n');
+    if (lineFeed == std::string::npos) return EBADMSG;
+    key = content.substr(0, lineFeed);
+    setting = content.substr(lineFeed + 1);
+    return 0;
+}
+
+// The path of key's file; an error when the key is invalid or the path would leave the device.
+int settingPath(const std::string& deviceDir, const std::string& key, std::string& path) {
+    if (const int invalid = checkKeyName(key)) return invalid;
+    path = settingsDirectoryFor(deviceDir, key) + "/" + fileNameFor(key);
+    return staysBeneath(deviceDir.c_str(), path.c_str()) ? 0 : errno;
+}
+
+// A hashed file that holds another key (a hash collision) does not hold this one.
+int readOwnFile(const std::string& path, const std::string& key, std::string& setting) {
+    const std::size_t slash = path.rfind('/');
+    const bool hashed = isHashedName(path.substr(slash + 1));
+    std::string storedKey;
+    const int result = readStoredFile(path, hashed, storedKey, setting);
+    return result == 0 && hashed && storedKey != key ? ENOENT : result;
 }
 
 } // namespace
@@ -151,41 +174,41 @@ const char* settingTypeName(SettingType type) {
     return "unknown";
 }
 
-int readSetting(const std::string& deviceDir, const std::string& key, Setting& out) {
-    if (!hasKnownPrefix(key)) return VCONF_ERROR_WRONG_PREFIX;
-    // The longest valid file is the longest type name, a line feed and the longest value.
-    const std::size_t maxFileSize = kMaxSettingValueLength + 8;
-    const std::string path = settingPath(deviceDir, key);
-    std::string content;
-    if (!staysBeneath(deviceDir.c_str(), path.c_str())) return errorFromErrno();
-    if (!readFile(path, content, maxFileSize)) return errno == EFBIG ? VCONF_ERROR_FILE_FREAD : errorFromErrno();
-    const std::size_t lineFeed = content.find('\n');
-    Setting setting;
-    if (lineFeed == std::string::npos || !parseType(content.substr(0, lineFeed), setting.type))
-        return VCONF_ERROR_FILE_FREAD;
-    setting.value = content.substr(lineFeed + 1);
-    if (!isValidValue(setting)) return VCONF_ERROR_FILE_FREAD;
-    out = setting;
-    return VCONF_OK;
+std::string describeSettingError(int error) {
+    return error == EBADMSG ? "the setting's file is corrupt" : describeFileError(error);
 }
 
-int writeSetting(const std::string& deviceDir, const std::string& key, const Setting& setting) {
-    if (!hasKnownPrefix(key)) return VCONF_ERROR_WRONG_PREFIX;
-    if (!isValidValue(setting)) return VCONF_ERROR_WRONG_VALUE;
-    const std::string path = settingPath(deviceDir, key);
-    if (!makeDirectoriesBeneath(deviceDir, settingsDirectoryFor(deviceDir, key)) ||
-        !staysBeneath(deviceDir.c_str(), path.c_str()))
-        return errorFromErrno();
-    const std::string content = std::string(settingTypeName(setting.type)) + "\n" + setting.value;
-    if (!replaceFileAtomically(path, content)) return errorFromErrno();
-    return VCONF_OK;
+int readSetting(const std::string& deviceDir, const std::string& key, Setting& out) {
+    std::string path;
+    std::string content;
+    if (const int result = settingPath(deviceDir, key, path)) return result;
+    if (const int result = readOwnFile(path, key, content)) return result;
+    const std::size_t lineFeed = content.find('\n');
+    Setting setting;
+    if (lineFeed == std::string::npos || !parseType(content.substr(0, lineFeed), setting.type)) return EBADMSG;
+    setting.value = content.substr(lineFeed + 1);
+    if (!isValidValue(setting)) return EBADMSG;
+    out = setting;
+    return 0;
+}
+
+int writeSetting(const std::string& deviceDir, const std::string& key, const Setting& setting, WriteMode mode) {
+    std::string path;
+    if (const int result = settingPath(deviceDir, key, path)) return result;
+    if (!isValidValue(setting)) return setting.type == SettingType::String ? EMSGSIZE : EINVAL;
+    if (!makeDirectoriesBeneath(deviceDir, settingsDirectoryFor(deviceDir, key))) return errno;
+    const std::string keyLine = isHashedName(fileNameFor(key)) ? key + "\n" : std::string();
+    const std::string content = keyLine + settingTypeName(setting.type) + "\n" + setting.value;
+    return replaceFileAtomically(path, content, mode == WriteMode::ReplaceExisting) ? 0 : errno;
 }
 
 int removeSetting(const std::string& deviceDir, const std::string& key) {
-    if (!hasKnownPrefix(key)) return VCONF_ERROR_WRONG_PREFIX;
-    const std::string path = settingPath(deviceDir, key);
-    if (!staysBeneath(deviceDir.c_str(), path.c_str()) || !removeFileDurably(path)) return errorFromErrno();
-    return VCONF_OK;
+    std::string path;
+    std::string content;
+    if (const int result = settingPath(deviceDir, key, path)) return result;
+    if (isHashedName(fileNameFor(key)))
+        if (const int result = readOwnFile(path, key, content)) return result;
+    return removeFileDurably(path) ? 0 : errno;
 }
 
 std::vector<std::string> listSettings(const std::string& deviceDir) {
@@ -193,7 +216,10 @@ std::vector<std::string> listSettings(const std::string& deviceDir) {
     for (const std::string& directory : {persistentDirectory(deviceDir), volatileDirectory(deviceDir)}) {
         for (const std::string& name : listDirectory(directory)) {
             std::string key;
-            if (!isTemporaryFileName(name) && decodeKey(name, key) && hasKnownPrefix(key) &&
+            std::string content;
+            const bool named = isHashedName(name) ? readStoredFile(directory + "/" + name, true, key, content) == 0
+                                                  : !isTemporaryFileName(name) && decodeKey(name, key);
+            if (named && checkKeyName(key) == 0 && fileNameFor(key) == name &&
                 settingsDirectoryFor(deviceDir, key) == directory)
                 keys.push_back(key);
         }

@@ -93,7 +93,7 @@ void applyProfileSettings(const std::string& deviceDir, const std::string& profi
         }
         const int result = writeSetting(deviceDir, key, setting);
         if (result != 0) {
-            throw std::runtime_error(where + ": cannot set " + key + " (vconf error " + std::to_string(result) + ")");
+            throw std::runtime_error(where + ": cannot set " + key + ": " + describeSettingError(result));
         }
     }
 }

@@ -169,7 +169,7 @@ TEST_F(Menu, ForeignIdentifiersGetNoTitleButTheVersionLines) {
 TEST_F(Menu, VersionLinesDropWhatIsUnknownAndShowAMissingTag) {
     ASSERT_EQ(vconf_unset(kNewestVersion), 0);
     EXPECT_EQ(plugin.description(kUpdateNow.id), catalogue(kUpdateNow.helpId) + currentLine());
-    ASSERT_EQ(vconf_set_str(kNewestVersion, "T-ABCDEFG-000.9"), 0);
+    device.addSetting(kNewestVersion, Emulator::SettingType::String, "T-ABCDEFG-000.9");
     device.setConf("system-info.128", "error -5");
     EXPECT_EQ(plugin.description(kUpdateNow.id), catalogue(kUpdateNow.helpId) + newestLine());
     useLanguage("xx"); // no catalogue: the sentence is its message id, which has no tag
@@ -208,6 +208,7 @@ TEST_F(Menu, TogglesAreTheSettingsOfTheirIdsAndShowTheMessageIdOfTheirState) {
                       {kUseCellular.id, 1, "SID_ON"}, {kAutoUpdate.id, 2, nullptr},
                       {kAutoUpdate.id, -1, nullptr},  {kUseCellular.id, {}, nullptr},
                       {kUpdateNow.id, {}, nullptr},   {"db/menu/support/softwareupdate/autoupdate/", 1, nullptr}};
+    device.addSetting(rows[7].id, Emulator::SettingType::Int, "0"); // a key, but no toggle's
     int value = 0;
     for (const auto& row : rows) {
         SCOPED_TRACE(std::string(row.id) + " = " + std::to_string(row.stored.value_or(-99)));

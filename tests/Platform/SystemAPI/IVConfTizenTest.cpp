@@ -24,6 +24,7 @@ const Samples kStored{false, 2147483647, std::nextafter(1.0 / 3.0, 1.0), ""};
 template <typename T>
 class VConfTest : public Test {
 protected:
+    VConfTest() { device.addSetting("db/test/value", Emulator::SettingType::String, ""); }
     TestDevice device;
 };
 
@@ -47,7 +48,7 @@ TYPED_TEST(VConfTest, FailuresFallBackOrThrowAfterOneWarning) {
             AllOf(HasInfo<Common::Utils::errinfo_stream>("vconf_get failed while trying to access key: db/test/absent"),
                   HasInfo<Common::Utils::errinfo_errorcode>(-1),
                   HasInfo<boost::throw_function>(ContainsRegex("VConfT<.*>::get\\(\\) const")))));
-    // vconf accepts only the db/, file/ and memory/ prefixes.
+    // vconf never creates a key: a set of one the device lacks fails.
     const VConf<TypeParam> refused("bad/key");
     EXPECT_THAT([&refused] { refused.set(std::get<TypeParam>(kStored)); },
                 Throws<VConfException>(AllOf(

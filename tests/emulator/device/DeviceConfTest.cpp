@@ -20,22 +20,31 @@ TEST(DeviceConfTest, ParsesGoodLinesAndReportsEachMalformedOneOnceWithItsLineNum
         "production = yes\n"
         "no equals sign\n"
         "system-info.4 = error 0\n"
-        "system-info.6 = int 99999999999999999999\n";
+        "system-info.6 = int 99999999999999999999\n"
+        "system-info.platform. = int 1\n"
+        "tzplatform.3.name = two words\n"
+        "system-info.custom.k = float 1\n" // line 15: the last malformed one
+        "system-info.platform.http://a/b = int 12abc\n"
+        "system-info.custom.c = unsupported\n"
+        "tzplatform.3.name = TZ_X\n";
     ::testing::internal::CaptureStderr();
     const DeviceConf conf = DeviceConf::parse(text, "once.conf");
     const std::string report = ::testing::internal::GetCapturedStderr();
     ::testing::internal::CaptureStderr();
     DeviceConf::parse(text, "once.conf");
     EXPECT_EQ("", ::testing::internal::GetCapturedStderr()) << "each line is reported once per process";
-    for (int line = 7; line <= 12; ++line)
+    for (int line = 7; line <= 15; ++line)
         EXPECT_NE(std::string::npos, report.find("once.conf:" + std::to_string(line) + ":")) << line;
-    EXPECT_EQ(6, std::count(report.begin(), report.end(), '\n')) << report;
+    EXPECT_EQ(9, std::count(report.begin(), report.end(), '\n')) << report;
     EXPECT_EQ(3u, conf.systemInfo.size());
     EXPECT_EQ("T-ABC 1.0 # not a comment", conf.systemInfo.at(128).stringValue);
     EXPECT_TRUE(conf.systemInfo.at(740).boolValue);
     EXPECT_EQ("", conf.systemInfo.at(8).stringValue);
     EXPECT_EQ((std::map<int, std::string>{{27, "/opt/usr/apps"}}), conf.tzplatform);
     EXPECT_TRUE(conf.production) << "a malformed line changes nothing";
+    EXPECT_EQ("12abc", conf.platformInfo.at("a/b").stringValue) << "a key by name: its text, without http://";
+    EXPECT_EQ(-1073741822, conf.customInfo.at("c").errorCode) << "unsupported";
+    EXPECT_EQ((std::map<int, std::string>{{3, "TZ_X"}}), conf.tzplatformNames);
 }
 
 TEST(DeviceConfTest, SurvivesArbitraryInput) {

@@ -4,7 +4,7 @@
 #include "orvo/testing/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
-#include <vconf.h>
+#include <cerrno>
 
 #include <filesystem>
 #include <fstream>
@@ -21,7 +21,7 @@ TEST(SettingsListing, AnUnreadableSettingsDirectoryIsAnErrorNotAnEmptyOne) {
         SCOPED_TRACE(testCase.brokenDirectory);
         Orvo::Testing::TemporaryDirectory device;
         EXPECT_TRUE(listSettings(device.path()).empty()) << "a device without settings yet";
-        ASSERT_EQ(VCONF_OK, writeSetting(device.path(), testCase.keyElsewhere, {SettingType::Int, "1"}));
+        ASSERT_EQ(0, writeSetting(device.path(), testCase.keyElsewhere, {SettingType::Int, "1"}));
         EXPECT_EQ(listSettings(device.path()), std::vector<std::string>{testCase.keyElsewhere});
 
         const std::string broken = device.path() + "/" + testCase.brokenDirectory;

@@ -2,7 +2,7 @@
 #include "orvo/testing/TemporaryDirectory.h"
 
 #include <gtest/gtest.h>
-#include <vconf.h>
+#include <cerrno>
 
 #include <csignal>
 #include <filesystem>
@@ -14,7 +14,7 @@ using namespace Orvo::Emulator;
 // A whole value is one digit repeated to its type's length; a torn or mixed one is not.
 static void expectWhole(const std::string& dir, const std::string& key) {
     Setting setting;
-    ASSERT_EQ(VCONF_OK, readSetting(dir, key, setting)) << key;
+    ASSERT_EQ(0, readSetting(dir, key, setting)) << key;
     EXPECT_EQ(setting.type == SettingType::String ? kMaxSettingValueLength : 9u, setting.value.size()) << key;
     EXPECT_EQ(std::string::npos, setting.value.find_first_not_of(setting.value[0])) << key;
 }
@@ -28,7 +28,7 @@ static pid_t startWriter(const std::string& dir, const std::vector<std::string>&
         const bool asString = (id + n) % 2 == 0;
         const std::string value(asString ? kMaxSettingValueLength : 9, static_cast<char>('1' + (id + n) % 9));
         for (const std::string& key : keys)
-            if (writeSetting(dir, key, {asString ? SettingType::String : SettingType::Int, value}) != VCONF_OK)
+            if (writeSetting(dir, key, {asString ? SettingType::String : SettingType::Int, value}) != 0)
                 ::_exit(1);
     }
     ::_exit(0);

@@ -76,6 +76,10 @@ TestDevice::~TestDevice() {
 
 void TestDevice::setConf(const std::string& key, const std::string& value) { rewriteConf(key, &value); }
 
+void TestDevice::addSetting(const std::string& key, Orvo::Emulator::SettingType type, const std::string& value) {
+    if (Orvo::Emulator::writeSetting(m_dir, key, {type, value}) != 0) throw std::runtime_error("cannot make " + key);
+}
+
 void TestDevice::removeConf(const std::string& key) { rewriteConf(key, nullptr); }
 
 void TestDevice::rewriteConf(const std::string& key, const std::string* value) {

@@ -41,11 +41,13 @@ if not CHROMIUM or not CHROMEDRIVER:
 class Console:
     """orvo-menu serve on a new tv device inside its sandbox, and a browser on its page."""
 
-    def __init__(self, bin_dir):
+    def __init__(self, bin_dir, missing_settings=()):
         self.bin_dir = bin_dir
         self.temporary = tempfile.mkdtemp(prefix="console-browser-")
         self.device = os.path.join(self.temporary, "device")
         self.tool("orvo-device", "create", self.device)
+        for key in missing_settings:
+            self.tool("vconftool", "unset", key)
         self.server = subprocess.Popen(
             [self.path("orvo-device"), "run", "--device", self.device, "--", self.path("orvo-menu"), "serve"],
             stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
@@ -138,14 +140,14 @@ def keys_move(console, screenshot=None):
 
 def toggle_auto_update(console):
     key = "db/menu/support/softwareupdate/autoupdate"
-    assert console.tool("vconftool", "get", key).strip() == key + ", value = 1 (int)"
+    assert console.tool("vconftool", "get", key).strip() == key + ", value = 1 (Int32)"
     console.press(Keys.ARROW_DOWN)
     console.press(Keys.ARROW_DOWN)
     console.wait_focus("Auto Update")
     console.press(Keys.ENTER)
     console.wait_until(lambda: console.texts("li.focused .switch:not(.on)"), "the Auto Update switch to turn off")
     console.wait_text("status", "Auto Update: Off")
-    assert console.tool("vconftool", "get", key).strip() == key + ", value = 0 (int)"
+    assert console.tool("vconftool", "get", key).strip() == key + ", value = 0 (Int32)"
 
 
 def software_version_fact(console):
@@ -224,7 +226,11 @@ def main():
     if len(sys.argv) < 3 or sys.argv[2] not in CASES:
         print(__doc__ + "\nCases: " + " ".join(CASES), file=sys.stderr)
         return 2
-    console = Console(sys.argv[1])
+    # For the screenshot a device without the submodel settings, so that the plug-in's warnings
+    # about them fill the log pane.
+    missing = ["db/menu/support/softwareupdate/" + key
+               for key in ("selectedSubmodel", "flashedSubmodel", "isAnySubmodel")] if len(sys.argv) > 3 else []
+    console = Console(sys.argv[1], missing)
     try:
         if len(sys.argv) > 3:
             CASES[sys.argv[2]](console, sys.argv[3])

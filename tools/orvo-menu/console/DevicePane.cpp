@@ -147,7 +147,7 @@ void applySetting(const std::string& deviceDir, const json& change) {
     checkSettingKey(key);
     const Emulator::Setting setting = checkedSetting(stringMember(change, "type"), stringMember(change, "value"));
     const int result = Emulator::writeSetting(deviceDir, key, setting);
-    if (result != 0) throw RequestError(500, "cannot write " + key + " (vconf result " + std::to_string(result) + ")");
+    if (result != 0) throw RequestError(500, "cannot write " + key + ": " + Emulator::describeSettingError(result));
 }
 
 std::string readVersionFile(const std::string& path, bool& present) {

@@ -9,6 +9,8 @@
 namespace Orvo {
 namespace Emulator {
 
+// The value of a system-information key. A key by name keeps its stored text in stringValue
+// whatever its type: the library converts it as the platform does.
 struct SystemInfoValue {
     enum class Type { Int, Bool, Double, String, Error };
     Type type = Type::Error;
@@ -19,6 +21,9 @@ struct SystemInfoValue {
     int errorCode = 0;       // Error: every read of the key fails with this result
 };
 
+// A system-information key by name as device.conf lists it: without a leading "http://".
+std::string systemInfoKeyName(const std::string& key);
+
 // device.conf cannot be read: missing, unreadable, no regular file, or over the size limit.
 // The message is one line that names the file.
 struct DeviceConfError : std::runtime_error {
@@ -26,8 +31,11 @@ struct DeviceConfError : std::runtime_error {
 };
 
 struct DeviceConf {
-    std::map<int, SystemInfoValue> systemInfo;
-    std::map<int, std::string> tzplatform;
+    std::map<int, SystemInfoValue> systemInfo;   // system-info.<number>
+    std::map<std::string, SystemInfoValue> platformInfo; // system-info.platform.<key>, without "http://"
+    std::map<std::string, SystemInfoValue> customInfo;   // system-info.custom.<key>, the same
+    std::map<int, std::string> tzplatform;      // tzplatform.<index>: the value
+    std::map<int, std::string> tzplatformNames; // tzplatform.<index>.name
     bool production = false;
 
     // Parses <deviceDir>/device.conf; throws DeviceConfError when it cannot be read whole. A

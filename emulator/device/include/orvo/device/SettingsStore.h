@@ -1,10 +1,13 @@
 #pragma once
-// The vconf settings of a device: persistent keys ("db/", "file/") under <device>/vconf/,
-// volatile keys ("memory/") under <device>/run/vconf/. Every write is all or nothing (temporary
-// file, fsync, rename) and safe against concurrent writers in several processes.
-// Results are the VCONF_* codes of vconf.h; besides the platform's, VCONF_ERROR_FILE_OPEN is a
-// setting file that is no regular file or lies behind a link, VCONF_ERROR_FILE_FREAD a setting
-// file whose content is no setting (corrupt).
+// The vconf settings of a device: volatile keys ("memory/...") under <device>/run/vconf/, every
+// other key persistent under <device>/vconf/. Every write is all or nothing (temporary file,
+// fsync, rename) and safe against concurrent writers in several processes.
+//
+// Results are 0 or an errno value: ENOENT no such key, EINVAL a key name with a byte outside
+// 0x21-0x7E or an empty one, ENAMETOOLONG a key name over kMaxKeyLength, EMSGSIZE a value over
+// kMaxSettingValueLength, ELOOP a setting file behind a link, EMEDIUMTYPE one
+// that is no regular file, EBADMSG one whose content is no setting (corrupt), or the file
+// system's own errno.
 
 #include <string>
 #include <vector>
@@ -19,13 +22,23 @@ struct Setting {
     std::string value; // decimal int, "0"/"1" for bool, "%.17g" double, raw bytes for string
 };
 
-// The largest value a setting holds, in bytes.
+// The largest value and the longest key name a setting has, in bytes.
 constexpr std::size_t kMaxSettingValueLength = 4096;
+constexpr std::size_t kMaxKeyLength = 4096;
+
+// Whether a missing key may be created by the write (vconftool, provisioning) or only an
+// existing one replaced (the vconf library, which never creates a key).
+enum class WriteMode { CreateOrReplace, ReplaceExisting };
 
 const char* settingTypeName(SettingType type); // "int", "bool", "double", "string"
 
+// What a result of these functions means, for messages: strerror, with the store's own cases
+// (a corrupt file, a link, a special file) named as such.
+std::string describeSettingError(int error);
+
 int readSetting(const std::string& deviceDir, const std::string& key, Setting& out);
-int writeSetting(const std::string& deviceDir, const std::string& key, const Setting& setting);
+int writeSetting(const std::string& deviceDir, const std::string& key, const Setting& setting,
+                 WriteMode mode = WriteMode::CreateOrReplace);
 int removeSetting(const std::string& deviceDir, const std::string& key);
 
 // All keys that currently hold a value, sorted.

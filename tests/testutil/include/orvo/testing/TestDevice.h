@@ -2,6 +2,7 @@
 // An emulated device for one test.
 
 #include "orvo/device/LogStore.h"
+#include "orvo/device/SettingsStore.h"
 
 #include <memory>
 #include <string>
@@ -29,6 +30,10 @@ public:
     // Sets or replaces one device.conf entry: setConf("system-info.128", "string T-ABC-1.0").
     void setConf(const std::string& key, const std::string& value);
     void removeConf(const std::string& key);
+
+    // Makes a setting as the device's installation or vconftool does (vconf itself never creates
+    // a key): addSetting("db/x", Orvo::Emulator::SettingType::Int, "0").
+    void addSetting(const std::string& key, Orvo::Emulator::SettingType type, const std::string& value);
 
     // Files of the device's rootfs, named by their absolute path on the device.
     std::string rootfsPath(const std::string& devicePath) const;
