@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 #include <random>
 
 using Orvo::Emulator::DeviceConf;
@@ -20,22 +22,37 @@ TEST(DeviceConfTest, ParsesGoodLinesAndReportsEachMalformedOneOnceWithItsLineNum
         "production = yes\n"
         "no equals sign\n"
         "system-info.4 = error 0\n"
-        "system-info.6 = int 99999999999999999999\n";
+        "system-info.6 = int 99999999999999999999\n"
+        "dlog.abort-on-fatal = yes\n"
+        "dlog.abort-on-fatal = true\n"
+        "  dlog.plog\t=\tfalse \r\n"
+        "dlog.plog = 1\n";
     ::testing::internal::CaptureStderr();
     const DeviceConf conf = DeviceConf::parse(text, "once.conf");
     const std::string report = ::testing::internal::GetCapturedStderr();
     ::testing::internal::CaptureStderr();
     DeviceConf::parse(text, "once.conf");
     EXPECT_EQ("", ::testing::internal::GetCapturedStderr()) << "each line is reported once per process";
-    for (int line = 7; line <= 12; ++line)
+    for (int line : {7, 8, 9, 10, 11, 12, 13, 16})
         EXPECT_NE(std::string::npos, report.find("once.conf:" + std::to_string(line) + ":")) << line;
-    EXPECT_EQ(6, std::count(report.begin(), report.end(), '\n')) << report;
+    EXPECT_EQ(8, std::count(report.begin(), report.end(), '\n')) << report;
     EXPECT_EQ(3u, conf.systemInfo.size());
     EXPECT_EQ("T-ABC 1.0 # not a comment", conf.systemInfo.at(128).stringValue);
     EXPECT_TRUE(conf.systemInfo.at(740).boolValue);
     EXPECT_EQ("", conf.systemInfo.at(8).stringValue);
     EXPECT_EQ((std::map<int, std::string>{{27, "/opt/usr/apps"}}), conf.tzplatform);
     EXPECT_TRUE(conf.production) << "a malformed line changes nothing";
+    EXPECT_FALSE(conf.dlog.plog);
+    EXPECT_TRUE(conf.dlog.abortOnFatal);
+
+    // dlog's own allocation-free reader takes the same entries from the same text.
+    char dir[] = "/tmp/device-conf-XXXXXX";
+    ASSERT_NE(nullptr, ::mkdtemp(dir));
+    std::ofstream(std::string(dir) + "/device.conf") << std::string(300, '#') << "\n" << text;
+    Orvo::Emulator::DlogSettings settings;
+    EXPECT_TRUE(DeviceConf::loadDlogSettings(dir, settings));
+    EXPECT_EQ(std::make_pair(conf.dlog.plog, conf.dlog.abortOnFatal), std::make_pair(settings.plog, settings.abortOnFatal));
+    std::filesystem::remove_all(dir);
 }
 
 TEST(DeviceConfTest, SurvivesArbitraryInput) {
