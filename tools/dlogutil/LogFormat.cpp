@@ -19,11 +19,16 @@ using Tools::jsonString;
 const struct {
     const char* name;
     LogFormat format;
-} kFormats[] = {{"brief", LogFormat::Brief},           {"process", LogFormat::Process},
-                {"tag", LogFormat::Tag},               {"thread", LogFormat::Thread},
-                {"raw", LogFormat::Raw},               {"time", LogFormat::Time},
-                {"threadtime", LogFormat::ThreadTime}, {"kerneltime", LogFormat::KernelTime},
-                {"long", LogFormat::Long},             {"json", LogFormat::Json}};
+} kFormats[] = {{"brief", LogFormat::Brief},
+                {"process", LogFormat::Process},
+                {"tag", LogFormat::Tag},
+                {"thread", LogFormat::Thread},
+                {"raw", LogFormat::Raw},
+                {"time", LogFormat::Time},
+                {"threadtime", LogFormat::ThreadTime},
+                {"kerneltime", LogFormat::KernelTime},
+                {"long", LogFormat::Long},
+                {"json", LogFormat::Json}};
 
 // UTC with nanoseconds; seconds as a number where the year does not fit a calendar (or the
 // seconds do not fit a 32-bit time_t).
@@ -105,8 +110,8 @@ std::string textRecord(const LogRecord& record, LogFormat format) {
                             printed("(P%5d, T%5d): ", pid, tid),
                         record.message, "");
     case LogFormat::Long:
-        return "[ " + timeAndMilliseconds(record) + printed(" %c/", letter) + tag + printed(" P%5d, T%5d]\n", pid, tid) +
-               record.message + "\n\n";
+        return "[ " + timeAndMilliseconds(record) + printed(" %c/", letter) + tag +
+               printed(" P%5d, T%5d]\n", pid, tid) + record.message + "\n\n";
     default: // Raw
         return eachLine("", record.message, "");
     }

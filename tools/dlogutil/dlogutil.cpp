@@ -87,8 +87,9 @@ struct Options {
 // the buffer named is not one.
 bool parseOptions(int argc, char** argv, Options& options) {
     enum { kDumpFile = 256, kHelp };
-    static const option longOptions[] = {
-        {"dumpfile", required_argument, nullptr, kDumpFile}, {"help", no_argument, nullptr, kHelp}, {nullptr, 0, nullptr, 0}};
+    static const option longOptions[] = {{"dumpfile", required_argument, nullptr, kDumpFile},
+                                         {"help", no_argument, nullptr, kHelp},
+                                         {nullptr, 0, nullptr, 0}};
     for (int option; (option = ::getopt_long(argc, argv, "b:cdf:gn:r:st:v:", longOptions, nullptr)) != -1;) {
         switch (option) {
         case 'b':
@@ -143,9 +144,13 @@ void print(const std::vector<LogRecord>& records, const Orvo::Emulator::LogFilte
     std::fflush(stdout);
 }
 
-template <typename T> void putRaw(std::string& out, T value) { out.append(reinterpret_cast<const char*>(&value), sizeof value); }
+template <typename T>
+void putRaw(std::string& out, T value) {
+    out.append(reinterpret_cast<const char*>(&value), sizeof value);
+}
 
-template <typename T> T getRaw(const std::string& in, std::size_t at) {
+template <typename T>
+T getRaw(const std::string& in, std::size_t at) {
     T value;
     std::memcpy(&value, in.data() + at, sizeof value);
     return value;
@@ -163,8 +168,8 @@ int saveRaw(const std::string& path, const std::vector<LogRecord>& records, cons
         if (!filter.accepts(record.tag, record.priority) || size > 0xffff) continue;
         putRaw(raw, static_cast<std::uint16_t>(size));
         putRaw(raw, std::uint16_t{0});
-        for (const std::int64_t field : {std::int64_t{record.pid}, std::int64_t{record.tid}, record.seconds,
-                                         std::int64_t{record.nanoseconds}})
+        for (const std::int64_t field :
+             {std::int64_t{record.pid}, std::int64_t{record.tid}, record.seconds, std::int64_t{record.nanoseconds}})
             putRaw(raw, static_cast<std::int32_t>(field));
         raw += static_cast<char>(record.priority);
         raw.append(record.tag.c_str(), record.tag.size() + 1);
@@ -204,7 +209,8 @@ int dumpRaw(const std::string& path, const Orvo::Emulator::LogFilter& filter, Lo
         const char* text = raw.data() + at + kRawHeaderSize + 1;
         record.tag.assign(text, strnlen(text, size - kRawHeaderSize - 1));
         const std::size_t messageAt = kRawHeaderSize + 1 + record.tag.size() + 1;
-        if (messageAt < size) record.message.assign(raw.data() + at + messageAt, strnlen(raw.data() + at + messageAt, size - messageAt));
+        if (messageAt < size)
+            record.message.assign(raw.data() + at + messageAt, strnlen(raw.data() + at + messageAt, size - messageAt));
         records.push_back(std::move(record));
         at += size;
     }
@@ -247,7 +253,8 @@ int run(int argc, char** argv) {
         std::vector<LogRecord> shown;
         for (LogRecord& record : records)
             if (filter.accepts(record.tag, record.priority)) shown.push_back(std::move(record));
-        if (shown.size() > static_cast<std::size_t>(options.lastCount)) shown.erase(shown.begin(), shown.end() - options.lastCount);
+        if (shown.size() > static_cast<std::size_t>(options.lastCount))
+            shown.erase(shown.begin(), shown.end() - options.lastCount);
         records.swap(shown);
     }
     print(records, filter, options.format);

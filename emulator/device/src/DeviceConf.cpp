@@ -50,9 +50,7 @@ LineKind splitLine(std::string_view line, std::string_view& name, std::string_vi
 
 // True when name is a dlog entry; valid tells whether its value was one.
 bool parseDlogEntry(std::string_view name, std::string_view value, DlogSettings& dlog, bool& valid) {
-    bool* const field = name == "dlog.plog"             ? &dlog.plog
-                        : name == "dlog.abort-on-fatal" ? &dlog.abortOnFatal
-                                                        : nullptr;
+    bool* const field = name == "dlog.plog" ? &dlog.plog : name == "dlog.abort-on-fatal" ? &dlog.abortOnFatal : nullptr;
     if (field == nullptr) return false;
     value = trimmed(value);
     valid = value == "true" || value == "false";

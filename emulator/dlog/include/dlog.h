@@ -46,14 +46,14 @@ typedef enum { DLOG_ERROR_NONE = 0, DLOG_ERROR_INVALID_PARAMETER = -22, DLOG_ERR
 /* Write one record. Returns its size rounded up to even, DLOG_ERROR_INVALID_PARAMETER for a null
  * tag, a buffer or priority out of range or a record over LOG_MAX_SIZE, DLOG_ERROR_NOT_PERMITTED
  * when the buffer takes no records or no log is there. */
-int __dlog_print(log_id_t log_id, int prio, const char *tag, const char *fmt, ...)
+int __dlog_print(log_id_t log_id, int prio, const char* tag, const char* fmt, ...)
     __attribute__((format(printf, 4, 5)));
-int __dlog_vprint(log_id_t log_id, int prio, const char *tag, const char *fmt, va_list ap)
+int __dlog_vprint(log_id_t log_id, int prio, const char* tag, const char* fmt, va_list ap)
     __attribute__((format(printf, 4, 0)));
 
 /* The same into the apps buffer; a null tag is the empty tag. */
-int dlog_print(log_priority prio, const char *tag, const char *fmt, ...) __attribute__((format(printf, 3, 4)));
-int dlog_vprint(log_priority prio, const char *tag, const char *fmt, va_list ap) __attribute__((format(printf, 3, 0)));
+int dlog_print(log_priority prio, const char* tag, const char* fmt, ...) __attribute__((format(printf, 3, 4)));
+int dlog_vprint(log_priority prio, const char* tag, const char* fmt, va_list ap) __attribute__((format(printf, 3, 0)));
 
 /* The convenience macros log under LOG_TAG with the source file's base name, function and line
  * before the text; the SECURE_ forms mark the text as holding private data. The V forms log nothing. */

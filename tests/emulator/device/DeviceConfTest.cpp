@@ -51,7 +51,8 @@ TEST(DeviceConfTest, ParsesGoodLinesAndReportsEachMalformedOneOnceWithItsLineNum
     std::ofstream(std::string(dir) + "/device.conf") << std::string(300, '#') << "\n" << text;
     Orvo::Emulator::DlogSettings settings;
     EXPECT_TRUE(DeviceConf::loadDlogSettings(dir, settings));
-    EXPECT_EQ(std::make_pair(conf.dlog.plog, conf.dlog.abortOnFatal), std::make_pair(settings.plog, settings.abortOnFatal));
+    EXPECT_EQ(std::make_pair(conf.dlog.plog, conf.dlog.abortOnFatal),
+              std::make_pair(settings.plog, settings.abortOnFatal));
     std::filesystem::remove_all(dir);
 }
 

@@ -48,21 +48,22 @@ const std::string kLongest(LOG_MAX_SIZE - 23 - 5, 'm'); // with tag "MyTag": exa
 } // namespace
 
 TEST(DlogParity, ConstantsAreThePlatforms) {
+#define ROW(constant, platform) \
+    { #constant, constant, platform }
     const struct {
         const char* name;
         long value, platform;
-    } rows[] = {{"DLOG_UNKNOWN", DLOG_UNKNOWN, 0},   {"DLOG_DEFAULT", DLOG_DEFAULT, 1},
-                {"DLOG_VERBOSE", DLOG_VERBOSE, 2},   {"DLOG_DEBUG", DLOG_DEBUG, 3},
-                {"DLOG_INFO", DLOG_INFO, 4},         {"DLOG_WARN", DLOG_WARN, 5},
-                {"DLOG_ERROR", DLOG_ERROR, 6},       {"DLOG_FATAL", DLOG_FATAL, 7},
-                {"DLOG_SILENT", DLOG_SILENT, 8},     {"DLOG_PRIO_MAX", DLOG_PRIO_MAX, 9},
-                {"LOG_ID_INVALID", LOG_ID_INVALID, -1}, {"LOG_ID_MAIN", LOG_ID_MAIN, 0},
-                {"LOG_ID_RADIO", LOG_ID_RADIO, 1},   {"LOG_ID_SYSTEM", LOG_ID_SYSTEM, 2},
-                {"LOG_ID_APPS", LOG_ID_APPS, 3},     {"LOG_ID_MAX", LOG_ID_MAX, 4},
-                {"DLOG_ERROR_NONE", DLOG_ERROR_NONE, 0}, {"DLOG_ERROR_INVALID_PARAMETER", DLOG_ERROR_INVALID_PARAMETER, -22},
-                {"DLOG_ERROR_NOT_PERMITTED", DLOG_ERROR_NOT_PERMITTED, -1}, {"LOG_MAX_SIZE", LOG_MAX_SIZE, 4076},
-                {"LOG_BUF_SIZE", LOG_BUF_SIZE, 1024}, {"LOG_ATOMIC_SIZE", LOG_ATOMIC_SIZE, 976},
-                {"LOG_INFO_SIZE", LOG_INFO_SIZE, 16}};
+    } rows[] = {
+        // clang-format off
+        ROW(DLOG_UNKNOWN, 0), ROW(DLOG_DEFAULT, 1), ROW(DLOG_VERBOSE, 2), ROW(DLOG_DEBUG, 3), ROW(DLOG_INFO, 4),
+        ROW(DLOG_WARN, 5), ROW(DLOG_ERROR, 6), ROW(DLOG_FATAL, 7), ROW(DLOG_SILENT, 8), ROW(DLOG_PRIO_MAX, 9),
+        ROW(LOG_ID_INVALID, -1), ROW(LOG_ID_MAIN, 0), ROW(LOG_ID_RADIO, 1), ROW(LOG_ID_SYSTEM, 2), ROW(LOG_ID_APPS, 3),
+        ROW(LOG_ID_MAX, 4), ROW(DLOG_ERROR_NONE, 0), ROW(DLOG_ERROR_INVALID_PARAMETER, -22),
+        ROW(DLOG_ERROR_NOT_PERMITTED, -1), ROW(LOG_MAX_SIZE, 4076), ROW(LOG_BUF_SIZE, 1024),
+        ROW(LOG_ATOMIC_SIZE, 976), ROW(LOG_INFO_SIZE, 16),
+        // clang-format on
+    };
+#undef ROW
     for (const auto& row : rows)
         EXPECT_EQ(row.platform, row.value) << row.name;
 }
@@ -70,51 +71,92 @@ TEST(DlogParity, ConstantsAreThePlatforms) {
 // Each row: one call on a fresh log, its result, and the one record it leaves (or none).
 TEST(DlogParity, CallsTakeAndRefuseWhatThePlatformDoes) {
     Orvo::Testing::TestDevice device;
-    const int macroLine = __LINE__ + 1;
-    const auto macros = [] { SLOGW("%d", 7); LOGV("never"); SECURE_ALOGI("x"); };
+    const int macroLine = __LINE__ + 2;
+    const auto macros = [] {
+        SLOGW("%d", 7);
+        LOGV("never");
+        SECURE_ALOGI("x");
+    };
     const struct {
         const char* row;
         std::function<int()> call;
         int result;
         Written written;
     } rows[] = {
-        {"success: 23 + tag + message, rounded up to even", [] { return __dlog_print(LOG_ID_MAIN, DLOG_INFO, "MyTag", "hello"); },
-         34, {LOG_ID_MAIN, DLOG_INFO, "MyTag", "hello"}},
-        {"an even size stays", [] { return __dlog_print(LOG_ID_RADIO, DLOG_WARN, "MyTag", "%s", "hell"); },
-         32, {LOG_ID_RADIO, DLOG_WARN, "MyTag", "hell"}},
-        {"__dlog_vprint as __dlog_print", [] { return vprint(LOG_ID_SYSTEM, DLOG_ERROR, "T", "%d", 12); },
-         26, {LOG_ID_SYSTEM, DLOG_ERROR, "T", "12"}},
+        {"success: 23 + tag + message, rounded up to even",
+         [] { return __dlog_print(LOG_ID_MAIN, DLOG_INFO, "MyTag", "hello"); },
+         34,
+         {LOG_ID_MAIN, DLOG_INFO, "MyTag", "hello"}},
+        {"an even size stays",
+         [] { return __dlog_print(LOG_ID_RADIO, DLOG_WARN, "MyTag", "%s", "hell"); },
+         32,
+         {LOG_ID_RADIO, DLOG_WARN, "MyTag", "hell"}},
+        {"__dlog_vprint as __dlog_print",
+         [] { return vprint(LOG_ID_SYSTEM, DLOG_ERROR, "T", "%d", 12); },
+         26,
+         {LOG_ID_SYSTEM, DLOG_ERROR, "T", "12"}},
         {"__dlog_print: tag NULL", [] { return __dlog_print(LOG_ID_MAIN, DLOG_INFO, nullptr, "x"); }, -22, {}},
         {"__dlog_print: log_id -1", [] { return __dlog_print(LOG_ID_INVALID, DLOG_INFO, "T", "x"); }, -22, {}},
         {"__dlog_print: log_id 4", [] { return __dlog_print(LOG_ID_MAX, DLOG_INFO, "T", "x"); }, -22, {}},
         {"__dlog_print: prio 1", [] { return __dlog_print(LOG_ID_MAIN, DLOG_DEFAULT, "T", "x"); }, -22, {}},
         {"__dlog_print: prio 9", [] { return __dlog_print(LOG_ID_MAIN, DLOG_PRIO_MAX, "T", "x"); }, -22, {}},
-        {"__dlog_print: VERBOSE accepted", [] { return __dlog_print(LOG_ID_MAIN, DLOG_VERBOSE, "T", "v"); },
-         26, {LOG_ID_MAIN, DLOG_VERBOSE, "T", "v"}},
-        {"__dlog_print: DEBUG accepted", [] { return __dlog_print(LOG_ID_MAIN, DLOG_DEBUG, "T", "d"); },
-         26, {LOG_ID_MAIN, DLOG_DEBUG, "T", "d"}},
-        {"__dlog_print: SILENT accepted and written", [] { return __dlog_print(LOG_ID_MAIN, DLOG_SILENT, "T", "s"); },
-         26, {LOG_ID_MAIN, DLOG_SILENT, "T", "s"}},
-        {"FATAL written, no abort by default", [] { return __dlog_print(LOG_ID_SYSTEM, DLOG_FATAL, "T", "f"); },
-         26, {LOG_ID_SYSTEM, DLOG_FATAL, "T", "f"}},
-        {"record of exactly LOG_MAX_SIZE", [] { return __dlog_print(LOG_ID_MAIN, DLOG_INFO, "MyTag", "%s", kLongest.c_str()); },
-         LOG_MAX_SIZE, {LOG_ID_MAIN, DLOG_INFO, "MyTag", kLongest}},
-        {"one byte over: dropped whole", [] { return __dlog_print(LOG_ID_MAIN, DLOG_INFO, "MyTag", "%s+", kLongest.c_str()); },
-         -22, {}},
-        {"one tag byte over: dropped whole", [] { return __dlog_print(LOG_ID_MAIN, DLOG_INFO, "MyTag!", "%s", kLongest.c_str()); },
-         -22, {}},
-        {"a message far beyond 4076: dropped, not cut", [] { return dlog_print(DLOG_INFO, "", "%10000d", 1); }, -22, {}},
-        {"dlog_print: always apps", [] { return dlog_print(DLOG_INFO, "MyTag", "hello"); },
-         34, {LOG_ID_APPS, DLOG_INFO, "MyTag", "hello"}},
-        {"dlog_vprint: always apps", [] { return appsVprint(DLOG_WARN, "MyTag", "%s", "hello"); },
-         34, {LOG_ID_APPS, DLOG_WARN, "MyTag", "hello"}},
-        {"dlog_print: tag NULL is the empty tag", [] { return dlog_print(DLOG_INFO, nullptr, "hello"); },
-         28, {LOG_ID_APPS, DLOG_INFO, "", "hello"}},
+        {"__dlog_print: VERBOSE accepted",
+         [] { return __dlog_print(LOG_ID_MAIN, DLOG_VERBOSE, "T", "v"); },
+         26,
+         {LOG_ID_MAIN, DLOG_VERBOSE, "T", "v"}},
+        {"__dlog_print: DEBUG accepted",
+         [] { return __dlog_print(LOG_ID_MAIN, DLOG_DEBUG, "T", "d"); },
+         26,
+         {LOG_ID_MAIN, DLOG_DEBUG, "T", "d"}},
+        {"__dlog_print: SILENT accepted and written",
+         [] { return __dlog_print(LOG_ID_MAIN, DLOG_SILENT, "T", "s"); },
+         26,
+         {LOG_ID_MAIN, DLOG_SILENT, "T", "s"}},
+        {"FATAL written, no abort by default",
+         [] { return __dlog_print(LOG_ID_SYSTEM, DLOG_FATAL, "T", "f"); },
+         26,
+         {LOG_ID_SYSTEM, DLOG_FATAL, "T", "f"}},
+        {"record of exactly LOG_MAX_SIZE",
+         [] { return __dlog_print(LOG_ID_MAIN, DLOG_INFO, "MyTag", "%s", kLongest.c_str()); },
+         LOG_MAX_SIZE,
+         {LOG_ID_MAIN, DLOG_INFO, "MyTag", kLongest}},
+        {"one byte over: dropped whole",
+         [] { return __dlog_print(LOG_ID_MAIN, DLOG_INFO, "MyTag", "%s+", kLongest.c_str()); },
+         -22,
+         {}},
+        {"one tag byte over: dropped whole",
+         [] { return __dlog_print(LOG_ID_MAIN, DLOG_INFO, "MyTag!", "%s", kLongest.c_str()); },
+         -22,
+         {}},
+        {"a message far beyond 4076: dropped, not cut",
+         [] { return dlog_print(DLOG_INFO, "", "%10000d", 1); },
+         -22,
+         {}},
+        {"dlog_print: always apps",
+         [] { return dlog_print(DLOG_INFO, "MyTag", "hello"); },
+         34,
+         {LOG_ID_APPS, DLOG_INFO, "MyTag", "hello"}},
+        {"dlog_vprint: always apps",
+         [] { return appsVprint(DLOG_WARN, "MyTag", "%s", "hello"); },
+         34,
+         {LOG_ID_APPS, DLOG_WARN, "MyTag", "hello"}},
+        {"dlog_print: tag NULL is the empty tag",
+         [] { return dlog_print(DLOG_INFO, nullptr, "hello"); },
+         28,
+         {LOG_ID_APPS, DLOG_INFO, "", "hello"}},
         {"dlog_print: prio 1", [] { return dlog_print(DLOG_DEFAULT, "T", "x"); }, -22, {}},
         {"dlog_print: prio 9", [] { return dlog_print(DLOG_PRIO_MAX, "T", "x"); }, -22, {}},
-        {"dlog_print: SILENT accepted", [] { return dlog_print(DLOG_SILENT, "T", "s"); }, 26, {LOG_ID_APPS, DLOG_SILENT, "T", "s"}},
-        {"SLOGW: system, LOG_TAG, \"%s: %s(%d) > \"; LOGV nothing; SECURE_ marks", [&] { macros(); return 0; },
-         0, {LOG_ID_SYSTEM, DLOG_WARN, "MacroTag", "DlogTest.cpp: operator()(" + std::to_string(macroLine) + ") > 7"}},
+        {"dlog_print: SILENT accepted",
+         [] { return dlog_print(DLOG_SILENT, "T", "s"); },
+         26,
+         {LOG_ID_APPS, DLOG_SILENT, "T", "s"}},
+        {"SLOGW: system, LOG_TAG, \"%s: %s(%d) > \"; LOGV nothing; SECURE_ marks",
+         [&] {
+             macros();
+             return 0;
+         },
+         0,
+         {LOG_ID_SYSTEM, DLOG_WARN, "MacroTag", "DlogTest.cpp: operator()(" + std::to_string(macroLine) + ") > 7"}},
     };
     for (const auto& row : rows) {
         device.clearLogs();
@@ -150,7 +192,8 @@ TEST(DlogParity, DeviceSettingsGateBuffersAndAbortOnFatal) {
     EXPECT_EQ(26, dlog_print(DLOG_FATAL, "T", "f")) << "dlog_print never aborts";
     EXPECT_EQ(26, __dlog_print(LOG_ID_MAIN, DLOG_ERROR, "T", "e")) << "only FATAL aborts";
     EXPECT_DEATH(__dlog_print(LOG_ID_SYSTEM, DLOG_FATAL, "T", "last words"), "");
-    EXPECT_EQ(std::vector<std::string>{"last words"}, device.logMessages(LOG_ID_SYSTEM, "T")) << "written, then aborted";
+    EXPECT_EQ(std::vector<std::string>{"last words"}, device.logMessages(LOG_ID_SYSTEM, "T"))
+        << "written, then aborted";
 
     ::setenv("ORVO_DEVICE_DIR", (device.dir() + "/nothing-here").c_str(), 1);
     EXPECT_EQ(DLOG_ERROR_NOT_PERMITTED, __dlog_print(LOG_ID_MAIN, DLOG_INFO, "T", "x")) << "no device: no backend";

@@ -111,18 +111,22 @@ TEST(DlogutilParity, Formats) {
     };
     for (const auto& [format, line] : rows)
         EXPECT_EQ(line, dlogutil({"-d", "-v", format}).out) << format;
-    EXPECT_EQ(" 5678.789+0900 I/MyTag   (P 1234, T 1240): hello\n", dlogutil({"-d", "-b", "system", "-v", "kerneltime"}).out)
+    EXPECT_EQ(" 5678.789+0900 I/MyTag   (P 1234, T 1240): hello\n",
+              dlogutil({"-d", "-b", "system", "-v", "kerneltime"}).out)
         << "kerneltime: raw seconds";
     EXPECT_EQ("E/LongerTag( 1234): one\nE/LongerTag( 1234): two\n", dlogutil({"-d", "-b", "radio"}).out)
         << "each line its prefix; a tag of 8 or more unpadded";
-    EXPECT_EQ("E( 1234) one  (LongerTag)\nE( 1234) two  (LongerTag)\n", dlogutil({"-d", "-b", "radio", "-vprocess"}).out)
+    EXPECT_EQ("E( 1234) one  (LongerTag)\nE( 1234) two  (LongerTag)\n",
+              dlogutil({"-d", "-b", "radio", "-vprocess"}).out)
         << "each line its suffix";
     EXPECT_EQ("[ 08-03 12:34:56.789 E/LongerTag P 1234, T 1240]\none\ntwo\n\n\n",
               dlogutil({"-d", "-b", "radio", "-vlong"}).out)
         << "long: the message whole";
-    EXPECT_EQ("?/T       ( 1234): ?\n", dlogutil({"-d", "-b", "apps", "T:1"}).out) << "empty message: nothing; letter ?";
-    EXPECT_EQ("[ 08-03 12:34:56.000 I/T        P 1234, T 1240]\n\n\n[ 08-03 12:34:56.000 ?/T        P 1234, T 1240]\n?\n\n",
-              dlogutil({"-d", "-b", "apps", "-vlong", "T:V"}).out)
+    EXPECT_EQ("?/T       ( 1234): ?\n", dlogutil({"-d", "-b", "apps", "T:1"}).out)
+        << "empty message: nothing; letter ?";
+    EXPECT_EQ(
+        "[ 08-03 12:34:56.000 I/T        P 1234, T 1240]\n\n\n[ 08-03 12:34:56.000 ?/T        P 1234, T 1240]\n?\n\n",
+        dlogutil({"-d", "-b", "apps", "-vlong", "T:V"}).out)
         << "long prints an empty message";
 }
 
@@ -170,7 +174,8 @@ TEST(DlogutilParity, ALinkOrFifoWhereALogBelongsIsAnErrorNotAnEmptyLog) {
     for (const auto& [what, make] : cases) {
         std::remove(log.c_str());
         ASSERT_EQ(0, make()) << what;
-        for (const std::vector<std::string>& args : std::vector<std::vector<std::string>>{{"-d", "-b", "system"}, {"-t", "1", "-b", "system"}}) {
+        for (const std::vector<std::string>& args :
+             std::vector<std::vector<std::string>>{{"-d", "-b", "system"}, {"-t", "1", "-b", "system"}}) {
             const auto result = dlogutil(args);
             EXPECT_EQ(1, result.exitCode) << what;
             EXPECT_EQ(0u, result.err.find("dlogutil: " + log + ": ")) << what << ": " << result.err;
