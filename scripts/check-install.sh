@@ -44,6 +44,22 @@ while IFS= read -r -d '' file; do
 done < <(find "$bin" "$prefix/lib" -type f \( -perm -u+x -o -name '*.so*' \) -print0 | sort -z)
 [ ${#hardening_failures[@]} -eq 0 ] || fail "not hardened: ${hardening_failures[*]}"
 
+# The substitute libraries as the platform installs them: SONAME, header directory and the
+# pkg-config file that points there, so that a consumer builds alike against either.
+while read -r package soname header; do
+  [ -e "$prefix/lib/$soname" ] || fail "$package: no lib/$soname"
+  readelf -dW "$prefix/lib/$soname" | grep -q "(SONAME).*\[$soname\]" || fail "$package: SONAME is not $soname"
+  read -r cflags < <(PKG_CONFIG_PATH=$prefix/lib/pkgconfig pkg-config --cflags "$package")
+  [ -f "${cflags#-I}/$header" ] || fail "$package: $header is not in $cflags"
+done <<'LIBRARIES'
+vconf libvconf.so.0 vconf.h
+dlog libdlog.so.0 dlog.h
+capi-system-info libcapi-system-info.so.0 system_info.h
+libtzplatform-config libtzplatform-config-2.0.so.2 tzplatform_config.h
+LIBRARIES
+[ "$(PKG_CONFIG_PATH=$prefix/lib/pkgconfig pkg-config --modversion libtzplatform-config)" = 2.0 ] \
+  || fail "libtzplatform-config: version is not 2.0"
+
 "$bin/orvo-device" create "$device" --profile tv
 export ORVO_DEVICE_DIR=$device
 

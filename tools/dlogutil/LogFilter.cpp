@@ -4,68 +4,60 @@
 
 #include <cctype>
 #include <cstring>
-#include <stdexcept>
 
 namespace Orvo {
 namespace Emulator {
 namespace {
 
 const char kLetters[] = "??VDIWEFS"; // indexed by log_priority
-// "S" is above every priority a record can have.
-const int kSilent = DLOG_PRIO_MAX;
+const char kSeparators[] = " \t,";
 
-int minimumOf(const std::string& priority, const std::string& spec) {
-    if (priority.size() == 1) {
-        const char c = static_cast<char>(std::toupper(static_cast<unsigned char>(priority[0])));
-        if (c >= '0' && c <= '0' + DLOG_SILENT) return c == '0' + DLOG_SILENT ? kSilent : c - '0';
-        const char* found = c != '?' ? std::strchr(kLetters, c) : nullptr;
-        if (found != nullptr && *found != '\0') return c == 'S' ? kSilent : static_cast<int>(found - kLetters);
-    }
-    throw std::invalid_argument("invalid filter \"" + spec +
-                                "\" (expected TAG:P with P one of V D I W E F S, any case, or 0 to 8)");
-}
-
-// "A:D, B:W *:S" is three specs.
-std::vector<std::string> splitSpecs(const std::vector<std::string>& arguments) {
-    std::vector<std::string> specs;
-    for (const std::string& argument : arguments) {
-        std::size_t start = 0;
-        while ((start = argument.find_first_not_of(" \t\n,", start)) != std::string::npos) {
-            const std::size_t end = argument.find_first_of(" \t\n,", start);
-            specs.push_back(argument.substr(start, end - start));
-            start = end;
-        }
-    }
-    return specs;
+// The level a spec's P names, or -1 for none.
+int levelOf(char p) {
+    if (p == '*' || p == '1' || p == '8' || p == '9') return DLOG_VERBOSE;
+    if (p >= '2' && p <= '7') return p - '0';
+    const char upper = static_cast<char>(std::toupper(static_cast<unsigned char>(p)));
+    const char* found = upper != '?' && upper != '\0' ? std::strchr(kLetters, upper) : nullptr;
+    return found != nullptr ? static_cast<int>(found - kLetters) : -1;
 }
 
 } // namespace
 
-LogFilter::LogFilter(const std::vector<std::string>& arguments) : m_defaultMinimum(DLOG_INFO) {
-    const std::vector<std::string> specs = splitSpecs(arguments);
-    if (!specs.empty()) m_defaultMinimum = kSilent;
+LogFilter::LogFilter(const std::vector<std::string>& arguments) : m_globalLevel(DLOG_SILENT) {
+    std::vector<std::string> specs;
+    for (const std::string& argument : arguments) {
+        std::size_t start = 0;
+        while ((start = argument.find_first_not_of(kSeparators, start)) != std::string::npos) {
+            const std::size_t end = argument.find_first_of(kSeparators, start);
+            specs.push_back(argument.substr(start, end - start));
+            start = end;
+        }
+    }
+    if (specs.empty()) specs.push_back("*:D");
     for (const std::string& spec : specs) {
         const std::size_t colon = spec.find(':');
         const std::string tag = spec.substr(0, colon);
-        if (tag.empty()) throw std::invalid_argument("invalid filter \"" + spec + "\" (empty tag)");
-        const std::string priority = colon == std::string::npos ? "V" : spec.substr(colon + 1);
-        if (priority.find(':') != std::string::npos)
-            throw std::invalid_argument("invalid filter \"" + spec + "\" (a tag cannot contain ':')");
-        const int minimum = minimumOf(priority, spec);
-        if (tag == "*")
-            m_defaultMinimum = minimum;
+        int level = DLOG_VERBOSE;
+        if (colon != std::string::npos)
+            level = levelOf(colon + 1 < spec.size() ? spec[colon + 1] : '\0');
+        else if (tag == "*")
+            level = DLOG_DEBUG;
+        if (level < 0)
+            m_rejected.push_back(spec);
+        else if (tag == "*")
+            m_globalLevel = level;
         else
-            m_minimumByTag[tag] = minimum;
+            m_levelByTag[tag] = level;
     }
 }
 
 bool LogFilter::accepts(const std::string& tag, int priority) const {
-    const auto entry = m_minimumByTag.find(tag);
-    return priority >= (entry == m_minimumByTag.end() ? m_defaultMinimum : entry->second);
+    const auto entry = m_levelByTag.find(tag);
+    return priority >= DLOG_DEBUG && priority >= (entry == m_levelByTag.end() ? m_globalLevel : entry->second);
 }
 
 char priorityLetter(int priority) {
-    return priority >= 0 && priority < static_cast<int>(sizeof kLetters - 1) ? kLetters[priority] : '?';
+    return priority >= DLOG_VERBOSE && priority <= DLOG_SILENT ? kLetters[priority] : '?';
 }
 
 } // namespace Emulator

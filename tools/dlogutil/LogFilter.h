@@ -1,9 +1,11 @@
 #pragma once
-// Which records dlogutil prints: filter specs "TAG:P" as on the platform, P a priority letter
-// V D I W E F S in any case (S silences the tag) or a priority number 0 to 8, "TAG" alone
-// meaning V, and "*" standing for every other tag (a bare "*" is "*:V"). One argument may hold
-// several specs separated by blanks or commas. Without any spec "*:I" applies; a list of specs
-// without "*" silences every tag it does not name. A tag never contains ':'.
+// Which records dlogutil prints, as the platform's filter specs choose them. A spec is TAG[:P];
+// one argument may hold several, separated by blanks, tabs or commas. Only P's first character
+// counts, in any case: v d i w e f s, or * and 1 (verbose), 2 to 7 (verbose to fatal), 8 and 9
+// (verbose); 0 or anything else makes the spec invalid, and an invalid spec is ignored. "*" alone
+// is "*:D", a bare TAG is TAG:V. The last rule for a tag wins; "*" sets the level of every other
+// tag, silent until a spec says otherwise. Without any spec the filter is "*:D". As the
+// platform's log daemon forwards nothing below DEBUG, no VERBOSE record passes.
 
 #include <map>
 #include <string>
@@ -14,14 +16,16 @@ namespace Emulator {
 
 class LogFilter {
 public:
-    // Throws std::invalid_argument naming the first spec that is not valid.
     explicit LogFilter(const std::vector<std::string>& arguments);
 
     bool accepts(const std::string& tag, int priority) const;
+    // The specs that were ignored as invalid, for callers that report them.
+    const std::vector<std::string>& rejected() const { return m_rejected; }
 
 private:
-    std::map<std::string, int> m_minimumByTag;
-    int m_defaultMinimum;
+    std::map<std::string, int> m_levelByTag;
+    int m_globalLevel;
+    std::vector<std::string> m_rejected;
 };
 
 // 'V' 'D' 'I' 'W' 'E' 'F' 'S' for the log_priority values, '?' for any other.

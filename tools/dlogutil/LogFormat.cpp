@@ -4,6 +4,7 @@
 
 #include "JsonString.h"
 
+#include <algorithm>
 #include <cinttypes>
 #include <cstdarg>
 #include <cstdio>
@@ -18,9 +19,16 @@ using Tools::jsonString;
 const struct {
     const char* name;
     LogFormat format;
-} kFormats[] = {{"brief", LogFormat::Brief},   {"process", LogFormat::Process}, {"tag", LogFormat::Tag},
-                {"thread", LogFormat::Thread}, {"time", LogFormat::Time},       {"threadtime", LogFormat::ThreadTime},
-                {"long", LogFormat::Long},     {"raw", LogFormat::Raw},         {"json", LogFormat::Json}};
+} kFormats[] = {{"brief", LogFormat::Brief},
+                {"process", LogFormat::Process},
+                {"tag", LogFormat::Tag},
+                {"thread", LogFormat::Thread},
+                {"raw", LogFormat::Raw},
+                {"time", LogFormat::Time},
+                {"threadtime", LogFormat::ThreadTime},
+                {"kerneltime", LogFormat::KernelTime},
+                {"long", LogFormat::Long},
+                {"json", LogFormat::Json}};
 
 // UTC with nanoseconds; seconds as a number where the year does not fit a calendar (or the
 // seconds do not fit a 32-bit time_t).
@@ -38,38 +46,6 @@ std::string jsonTime(const LogRecord& record) {
     return text;
 }
 
-// "MM-DD HH:MM:SS.mmm" in local time.
-std::string localTime(const LogRecord& record) {
-    const std::time_t seconds = static_cast<std::time_t>(record.seconds);
-    std::tm local{};
-    if (::localtime_r(&seconds, &local) == nullptr) local = std::tm{};
-    char text[64];
-    std::snprintf(text, sizeof text, "%02d-%02d %02d:%02d:%02d.%03d", local.tm_mon + 1, local.tm_mday, local.tm_hour,
-                  local.tm_min, local.tm_sec, static_cast<int>(record.nanoseconds / 1000000));
-    return text;
-}
-
-// Control characters shown, not obeyed, by a terminal: ^X for C0 and DEL, \u0080 for C1 (which
-// UTF-8 writes as C2 80 to C2 9F). Line feeds are kept for the caller to split on.
-std::string visible(const std::string& text) {
-    std::string shown;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const unsigned char c = static_cast<unsigned char>(text[i]);
-        if ((c < 0x20 && c != '\t' && c != '\n') || c == 0x7f) {
-            shown += '^';
-            shown += static_cast<char>(c ^ 0x40);
-        } else if (c == 0xc2 && i + 1 < text.size() && static_cast<unsigned char>(text[i + 1]) < 0xa0 &&
-                   static_cast<unsigned char>(text[i + 1]) >= 0x80) {
-            char escaped[8];
-            std::snprintf(escaped, sizeof escaped, "\\u%04x", static_cast<unsigned char>(text[++i]));
-            shown += escaped;
-        } else {
-            shown += static_cast<char>(c);
-        }
-    }
-    return shown;
-}
-
 std::string printed(const char* pattern, ...) __attribute__((format(printf, 1, 2)));
 std::string printed(const char* pattern, ...) {
     char text[256];
@@ -80,44 +56,64 @@ std::string printed(const char* pattern, ...) {
     return text;
 }
 
-// Each line of the message between prefix and suffix.
+// strftime of the record's local time with pattern.
+std::string localTime(const LogRecord& record, const char* pattern) {
+    const std::time_t seconds = static_cast<std::time_t>(record.seconds);
+    std::tm local{};
+    if (::localtime_r(&seconds, &local) == nullptr) local = std::tm{};
+    char text[64];
+    return std::string(text, std::strftime(text, sizeof text, pattern, &local));
+}
+
+// "%s.%03ld" of TIME and MS.
+std::string timeAndMilliseconds(const LogRecord& record) {
+    return localTime(record, "%m-%d %H:%M:%S") + printed(".%03d", static_cast<int>(record.nanoseconds / 1000000));
+}
+
+// Each line of the message between prefix and suffix; nothing after a final line feed.
 std::string eachLine(const std::string& prefix, const std::string& message, const std::string& suffix) {
     std::string text;
-    std::size_t start = 0;
-    for (;;) {
-        const std::size_t end = message.find('\n', start);
+    for (std::size_t start = 0; start < message.size();) {
+        const std::size_t end = std::min(message.find('\n', start), message.size());
         text += prefix + message.substr(start, end - start) + suffix + "\n";
-        if (end == std::string::npos) return text;
         start = end + 1;
     }
+    return text;
 }
 
 std::string textRecord(const LogRecord& record, LogFormat format) {
-    const std::string tag = visible(record.tag);
-    const std::string message = visible(record.message);
     const char letter = priorityLetter(record.priority);
     const int pid = record.pid;
     const int tid = record.tid;
-    // The tag is padded apart: printf's %-8s would cut it at a NUL and the buffer is bounded.
-    const std::string paddedTag = tag.size() < 8 ? tag + std::string(8 - tag.size(), ' ') : tag;
+    // printf's %-8s, apart so that the tag is never cut by the bounded buffer.
+    const std::string tag = record.tag.size() < 8 ? record.tag + std::string(8 - record.tag.size(), ' ') : record.tag;
     switch (format) {
     case LogFormat::Brief:
-        return eachLine(printed("%c/", letter) + paddedTag + printed("(%5d): ", pid), message, "");
+        return eachLine(printed("%c/", letter) + tag + printed("(%5d): ", pid), record.message, "");
     case LogFormat::Process:
-        return eachLine(printed("%c(%5d) ", letter, pid), message, "  (" + tag + ")");
+        return eachLine(printed("%c(%5d) ", letter, pid), record.message, "  (" + record.tag + ")");
     case LogFormat::Tag:
-        return eachLine(printed("%c/", letter) + paddedTag + ": ", message, "");
+        return eachLine(printed("%c/", letter) + tag + ": ", record.message, "");
     case LogFormat::Thread:
-        return eachLine(printed("%c(%5d:%5d) ", letter, pid, tid), message, "");
+        return eachLine(printed("%c(P%5d, T%5d) ", letter, pid, tid), record.message, "");
     case LogFormat::Time:
-        return eachLine(localTime(record) + printed(" %c/", letter) + paddedTag + printed("(%5d): ", pid), message, "");
+        return eachLine(timeAndMilliseconds(record) + localTime(record, "%z") + printed(" %c/", letter) + tag +
+                            printed("(%5d): ", pid),
+                        record.message, "");
     case LogFormat::ThreadTime:
-        return eachLine(localTime(record) + printed(" %5d %5d %c ", pid, tid, letter) + paddedTag + ": ", message, "");
+        return eachLine(timeAndMilliseconds(record) + localTime(record, "%z") + printed(" %c/", letter) + tag +
+                            printed("(P%5d, T%5d): ", pid, tid),
+                        record.message, "");
+    case LogFormat::KernelTime:
+        return eachLine(printed("%5" PRId64 ".%03d", record.seconds, static_cast<int>(record.nanoseconds / 1000000)) +
+                            localTime(record, "%z") + printed(" %c/", letter) + tag +
+                            printed("(P%5d, T%5d): ", pid, tid),
+                        record.message, "");
     case LogFormat::Long:
-        return "[ " + localTime(record) + printed(" %5d:%5d %c/", pid, tid, letter) + paddedTag + " ]\n" + message +
-               "\n\n";
+        return "[ " + timeAndMilliseconds(record) + printed(" %c/", letter) + tag +
+               printed(" P%5d, T%5d]\n", pid, tid) + record.message + "\n\n";
     default: // Raw
-        return eachLine("", message, "");
+        return eachLine("", record.message, "");
     }
 }
 
@@ -133,8 +129,6 @@ bool parseLogFormat(const std::string& name, LogFormat& format) {
     return false;
 }
 
-const char* logFormatNames() { return "brief, process, tag, thread, time, threadtime, long, raw or json"; }
-
 std::string formatLogRecord(const LogRecord& record, LogFormat format) {
     if (format != LogFormat::Json) return textRecord(record, format);
     const char* buffer = logBufferName(record.buffer);
@@ -142,12 +136,6 @@ std::string formatLogRecord(const LogRecord& record, LogFormat format) {
            ",\"tid\":" + std::to_string(record.tid) + ",\"buffer\":" + jsonString(buffer ? buffer : "") +
            ",\"priority\":" + std::to_string(record.priority) + ",\"tag\":" + jsonString(record.tag) +
            ",\"message\":" + jsonString(record.message) + "}\n";
-}
-
-std::string bufferDivider(int buffer, LogFormat format) {
-    const char* name = logBufferName(buffer);
-    if (format == LogFormat::Json || name == nullptr) return std::string();
-    return std::string("--------- beginning of ") + name + "\n";
 }
 
 } // namespace Emulator

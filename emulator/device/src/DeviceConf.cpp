@@ -7,9 +7,12 @@
 #include <cerrno>
 #include <climits>
 #include <cstdio>
+#include <fcntl.h>
 #include <mutex>
 #include <set>
+#include <string_view>
 #include <tuple>
+#include <unistd.h>
 
 namespace Orvo {
 namespace Emulator {
@@ -20,10 +23,39 @@ const std::size_t kMaxConfSize = 1024 * 1024;
 
 const char kBlanks[] = " \t";
 
-std::string trim(const std::string& text) {
+std::string_view trimmed(std::string_view text) {
     const std::size_t first = text.find_first_not_of(kBlanks);
-    if (first == std::string::npos) return std::string();
+    if (first == std::string_view::npos) return std::string_view();
     return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+std::string trim(const std::string& text) { return std::string(trimmed(text)); }
+
+enum class LineKind { Blank, Entry, Malformed };
+
+// One line without its line feed: a blank or comment line, or "<name> = <value>" with the name
+// trimmed and the value starting after the blanks that follow "=".
+LineKind splitLine(std::string_view line, std::string_view& name, std::string_view& value) {
+    if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+    const std::string_view content = trimmed(line);
+    if (content.empty() || content[0] == '#') return LineKind::Blank;
+    const std::size_t equals = line.find('=');
+    if (equals == std::string_view::npos) return LineKind::Malformed;
+    name = trimmed(line.substr(0, equals));
+    value = line.substr(equals + 1);
+    const std::size_t valueStart = value.find_first_not_of(kBlanks);
+    value = valueStart == std::string_view::npos ? std::string_view() : value.substr(valueStart);
+    return LineKind::Entry;
+}
+
+// True when name is a dlog entry; valid tells whether its value was one.
+bool parseDlogEntry(std::string_view name, std::string_view value, DlogSettings& dlog, bool& valid) {
+    bool* const field = name == "dlog.plog" ? &dlog.plog : name == "dlog.abort-on-fatal" ? &dlog.abortOnFatal : nullptr;
+    if (field == nullptr) return false;
+    value = trimmed(value);
+    valid = value == "true" || value == "false";
+    if (valid) *field = value == "true";
+    return true;
 }
 
 bool startsWith(const std::string& text, const std::string& prefix) {
@@ -96,6 +128,11 @@ bool parseIndex(const std::string& name, const std::string& prefix, int& index) 
 
 bool parseEntry(const std::string& name, const std::string& value, DeviceConf& conf, std::string& reason) {
     int index = 0;
+    bool valid = false;
+    if (parseDlogEntry(name, value, conf.dlog, valid)) {
+        if (!valid) reason = name + " is true or false";
+        return valid;
+    }
     if (name == "production") {
         if (value != "true" && value != "false") {
             reason = "production is true or false";
@@ -168,6 +205,49 @@ bool DeviceConf::loadCurrent(DeviceConf& out) {
     }
 }
 
+bool DeviceConf::loadDlogSettings(const char* deviceDir, DlogSettings& out) {
+    char path[PATH_MAX];
+    const int pathLength = std::snprintf(path, sizeof path, "%s/device.conf", deviceDir);
+    if (pathLength < 0 || static_cast<std::size_t>(pathLength) >= sizeof path) return false;
+    const int fd = openRegularFile(path, O_RDONLY | O_CLOEXEC);
+    if (fd < 0) return false;
+    DlogSettings settings;
+    // Lines are gathered into a bounded buffer: a dlog entry is short, so a longer line is no
+    // dlog entry and is skipped whole.
+    char line[256];
+    std::size_t lineLength = 0;
+    bool overlong = false;
+    const auto takeLine = [&] {
+        std::string_view name, value;
+        bool valid = false;
+        if (!overlong && splitLine(std::string_view(line, lineLength), name, value) == LineKind::Entry)
+            parseDlogEntry(name, value, settings, valid);
+        lineLength = 0;
+        overlong = false;
+    };
+    char chunk[1024];
+    std::size_t total = 0;
+    for (;;) {
+        const ssize_t count = ::read(fd, chunk, sizeof chunk);
+        if (count < 0 && errno == EINTR) continue;
+        if (count <= 0 || (total += static_cast<std::size_t>(count)) > kMaxConfSize) {
+            ::close(fd);
+            if (count != 0) return false;
+            takeLine();
+            out = settings;
+            return true;
+        }
+        for (const char c : std::string_view(chunk, static_cast<std::size_t>(count))) {
+            if (c == '\n')
+                takeLine();
+            else if (lineLength < sizeof line)
+                line[lineLength++] = c;
+            else
+                overlong = true;
+        }
+    }
+}
+
 DeviceConf DeviceConf::parse(const std::string& text, const std::string& origin) {
     DeviceConf conf;
     int lineNumber = 0;
@@ -179,17 +259,11 @@ DeviceConf DeviceConf::parse(const std::string& text, const std::string& origin)
         start = end + 1;
         ++lineNumber;
         if (!line.empty() && line.back() == '\r') line.pop_back();
-        const std::string content = trim(line);
-        if (content.empty() || content[0] == '#') continue;
-        const std::size_t equals = line.find('=');
+        std::string_view name, value;
+        const LineKind kind = splitLine(line, name, value);
+        if (kind == LineKind::Blank) continue;
         std::string reason = "expected <name> = <value>";
-        if (equals != std::string::npos) {
-            // The value starts after the blanks that follow "=".
-            const std::string afterEquals = line.substr(equals + 1);
-            const std::size_t valueStart = afterEquals.find_first_not_of(kBlanks);
-            const std::string value = valueStart == std::string::npos ? std::string() : afterEquals.substr(valueStart);
-            if (parseEntry(trim(line.substr(0, equals)), value, conf, reason)) continue;
-        }
+        if (kind == LineKind::Entry && parseEntry(std::string(name), std::string(value), conf, reason)) continue;
         reportMalformedLine(origin, lineNumber, line, reason);
     }
     return conf;

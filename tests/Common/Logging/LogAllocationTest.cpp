@@ -63,9 +63,10 @@ TEST_F(LogAllocationTest, TheDlogWriteAllocatesNothingWhateverItHolds) {
     std::filesystem::remove_all(m_device.dir() + "/log");
     const std::string tag(Orvo::Emulator::kAllocationFreeTagLength, '\t');
     std::string message;
-    while (message.size() < DLOG_MAX_MESSAGE_LENGTH)
+    const std::size_t longest = LOG_MAX_SIZE - 23 - tag.size(); // the pipe record's limit
+    while (message.size() < longest)
         message += "\\\t\n";
-    message.resize(DLOG_MAX_MESSAGE_LENGTH);
+    message.resize(longest);
     EXPECT_EQ(allocationsOf([&] { __dlog_print(LOG_ID_MAIN, DLOG_INFO, tag.c_str(), "%s", message.c_str()); }), 0);
     const std::vector<Orvo::Emulator::LogRecord> records = m_device.logRecords(LOG_ID_MAIN);
     ASSERT_EQ(records.size(), 1U);

@@ -297,7 +297,7 @@ TEST_F(ConsoleApi, LogShowsNewRecordsFilteredAndLaidOutAsDlogutil) {
     const char* const messages[] = {"first", "second"};
     for (const char* message : messages)
         Emulator::appendLogRecord(device.dir(), LOG_ID_MAIN, DLOG_INFO, "ConsoleTest", message, std::strlen(message));
-    Emulator::appendLogRecord(device.dir(), LOG_ID_MAIN, DLOG_DEBUG, "ConsoleTest", "quiet", 5);
+    Emulator::appendLogRecord(device.dir(), LOG_ID_MAIN, DLOG_VERBOSE, "ConsoleTest", "quiet", 5);
     Emulator::appendLogRecord(device.dir(), LOG_ID_RADIO, DLOG_ERROR, "Radio", "elsewhere", 9);
 
     const std::vector<Emulator::LogRecord> records = device.logRecords(LOG_ID_MAIN);
@@ -306,13 +306,13 @@ TEST_F(ConsoleApi, LogShowsNewRecordsFilteredAndLaidOutAsDlogutil) {
         Emulator::LogFormat layout;
         ASSERT_TRUE(Emulator::parseLogFormat(format, layout));
         log = get("/api/log?buffers=main&format=" + std::string(format) + "&cursor=" + cursor);
-        ASSERT_EQ(log["records"].size(), 2u) << format << log; // *:I by default
+        ASSERT_EQ(log["records"].size(), 2u) << format << log; // *:D by default, VERBOSE never
         const std::string expected = Emulator::formatLogRecord(records[1], layout);
         EXPECT_EQ(log["records"][1]["text"].get<std::string>() + "\n", expected) << format;
     }
     const std::string next = log["cursor"];
     EXPECT_TRUE(get("/api/log?buffers=main&cursor=" + next)["records"].empty()) << "only new records";
-    EXPECT_EQ(get("/api/log?buffers=main&filter=ConsoleTest:D&cursor=" + cursor)["records"].size(), 3u);
+    EXPECT_EQ(get("/api/log?buffers=main&filter=ConsoleTest:W&cursor=" + cursor)["records"].size(), 0u);
     EXPECT_EQ(get("/api/log?buffers=main&filter=ConsoleTest:S,*:V&cursor=" + cursor)["records"].size(), 0u);
     log = get("/api/log?buffers=radio,main&filter=Radio:E%20ConsoleTest:I&cursor=" + cursor);
     ASSERT_EQ(log["records"].size(), 3u);

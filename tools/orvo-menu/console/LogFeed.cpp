@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <stdexcept>
 #include <vector>
 
 namespace Orvo {
@@ -63,12 +62,13 @@ std::vector<std::uint64_t> offsetsOf(const std::string& cursor) {
     return offsets;
 }
 
+// dlogutil skips a spec it cannot read; a request that holds one is refused instead.
 Emulator::LogFilter filterOf(const std::string& specs) {
-    try {
-        return Emulator::LogFilter(split(specs, " \t,"));
-    } catch (const std::invalid_argument& error) {
-        throw badRequest(error.what());
-    }
+    Emulator::LogFilter filter(split(specs, " \t,"));
+    if (!filter.rejected().empty())
+        throw badRequest("invalid filter " + quoted(filter.rejected().front()) +
+                         " (expected TAG:P with P one of V D I W E F S, any case, or 1 to 9)");
+    return filter;
 }
 
 } // namespace

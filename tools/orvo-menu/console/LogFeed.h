@@ -15,9 +15,11 @@ namespace Console {
 constexpr std::size_t kMaxLogRecords = 1000;
 
 // `query` holds the request's parameters, every one optional:
-//   buffers  main,radio,system,apps (default: main,system, as dlogutil shows them)
-//   filter   dlogutil filter specs separated by blanks or commas (default *:I)
-//   format   brief, threadtime, raw or json (default brief)
+//   buffers  main,radio,system,apps (default: main,system, where the plug-in's lines go),
+//            merged in time order
+//   filter   dlogutil filter specs separated by blanks or commas (default *:D); a spec that
+//            dlogutil would skip is refused
+//   format   a dlogutil format: brief, threadtime, raw, json ... (default brief)
 //   cursor   where the last answer ended (default: the start of every buffer)
 // Answers {"records":[{"buffer","priority","tag","text"}...], "cursor":"...", "cut":bool}.
 // Throws RequestError for an unknown parameter or a value that is not valid.

@@ -1,6 +1,6 @@
 #pragma once
-// device.conf: the device's facts (system information, tzplatform roots, production mode).
-// Read afresh by every platform call; never cached.
+// device.conf: the device's facts (system information, tzplatform roots, production mode, dlog
+// settings). Read afresh by every platform call; never cached.
 
 #include <map>
 #include <stdexcept>
@@ -30,6 +30,16 @@ struct DeviceConfError : std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+// What the platform's dlog takes from its build and its configuration:
+//   dlog.plog = true|false            the main, radio and system buffers take records (default
+//                                     true, as on a television; false: they answer -1)
+//   dlog.abort-on-fatal = true|false  a DLOG_FATAL record aborts the process after it is written,
+//                                     as the public build does (default false)
+struct DlogSettings {
+    bool plog = true;
+    bool abortOnFatal = false;
+};
+
 struct DeviceConf {
     std::map<int, SystemInfoValue> systemInfo;   // system-info.<number>
     std::map<std::string, SystemInfoValue> platformInfo; // system-info.platform.<key>, without "http://"
@@ -37,6 +47,7 @@ struct DeviceConf {
     std::map<int, std::string> tzplatform;      // tzplatform.<index>: the value
     std::map<int, std::string> tzplatformNames; // tzplatform.<index>.name
     bool production = false;
+    DlogSettings dlog;
 
     // Parses <deviceDir>/device.conf; throws DeviceConfError when it cannot be read whole. A
     // malformed line is reported on standard error with its line number, once per process, and
@@ -45,6 +56,9 @@ struct DeviceConf {
     // For the substitute libraries: the configuration of the current device (findDevice()).
     // False, with the reason reported on standard error once, when there is none to read.
     static bool loadCurrent(DeviceConf& out);
+    // Only the dlog settings of <deviceDir>/device.conf, without allocating (dlog writes a record
+    // without touching the heap). False when the file cannot be read; bad lines are left to load().
+    static bool loadDlogSettings(const char* deviceDir, DlogSettings& out);
     // Parses text as if it were device.conf; `origin` names it in reports.
     static DeviceConf parse(const std::string& text, const std::string& origin);
 };
