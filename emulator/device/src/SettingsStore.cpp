@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <unistd.h>
 #include <vconf.h>
 
@@ -146,6 +147,8 @@ const char* settingTypeName(SettingType type) {
     }
     return "unknown";
 }
+
+bool settingKeyFits(const std::string& key) { return encodeKey(key).size() <= NAME_MAX; }
 
 int readSetting(const std::string& deviceDir, const std::string& key, Setting& out) {
     if (!hasKnownPrefix(key)) return VCONF_ERROR_WRONG_PREFIX;

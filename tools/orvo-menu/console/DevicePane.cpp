@@ -59,6 +59,9 @@ const std::string& stringMember(const json& change, const char* name) {
     const std::string& text = member.get_ref<const std::string&>();
     if (text.size() > kMaxValueLength)
         throw badRequest(std::string("\"") + name + "\" is longer than " + std::to_string(kMaxValueLength) + " bytes");
+    // The device's files and the platform's string calls end a text at a NUL.
+    if (text.find('\0') != std::string::npos)
+        throw badRequest(std::string("\"") + name + "\" holds a NUL character, which the device cannot keep");
     return text;
 }
 
@@ -128,8 +131,10 @@ void checkSettingKey(const std::string& key) {
     const bool prefixed = std::any_of(std::begin(prefixes), std::end(prefixes), [&key](const char* prefix) {
         return key.compare(0, std::char_traits<char>::length(prefix), prefix) == 0;
     });
-    if (!prefixed || key.size() > 255 || key.find('\0') != std::string::npos || key.back() == '/')
+    if (!prefixed || key.size() > 255 || key.back() == '/')
         throw badRequest(quoted(key) + " is not a setting key (db/, file/ or memory/ followed by a name)");
+    if (!Emulator::settingKeyFits(key))
+        throw badRequest(quoted(key) + " is too long for the device: its file name would exceed the file system's limit");
 }
 
 void applySystemInfo(const std::string& deviceDir, const json& change) {

@@ -24,6 +24,10 @@ constexpr std::size_t kMaxSettingValueLength = 4096;
 
 const char* settingTypeName(SettingType type); // "int", "bool", "double", "string"
 
+// Whether the key's file name (every byte outside [A-Za-z0-9._-] takes three) is within the
+// file system's limit for a name; a longer key cannot be written.
+bool settingKeyFits(const std::string& key);
+
 int readSetting(const std::string& deviceDir, const std::string& key, Setting& out);
 int writeSetting(const std::string& deviceDir, const std::string& key, const Setting& setting);
 int removeSetting(const std::string& deviceDir, const std::string& key);
