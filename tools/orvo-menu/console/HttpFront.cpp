@@ -342,7 +342,9 @@ void HttpFront::Impl::accept() {
             continue;
         }
         startRequest(*connection);
+        Connection& added = *connection;
         connections[fd] = std::move(connection);
+        receive(added); // a client's request has usually arrived with its connection
     }
 }
 
