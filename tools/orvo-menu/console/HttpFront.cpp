@@ -386,15 +386,10 @@ void HttpFront::Impl::advance(Connection& connection) {
             const std::size_t crlf = connection.in.find("\n\r\n"), lf = connection.in.find("\n\n");
             const std::size_t end = std::min(crlf == std::string::npos ? crlf : crlf + 3,
                                              lf == std::string::npos ? lf : lf + 2);
-            if (end == std::string::npos) {
-                if (connection.in.size() > limits.maxHeadLength)
-                    throw Refusal{431, "the request line and headers are longer than " +
-                                           std::to_string(limits.maxHeadLength) + " bytes"};
-                return;
-            }
-            if (end > limits.maxHeadLength)
+            if (std::min(end, connection.in.size()) > limits.maxHeadLength)
                 throw Refusal{431, "the request line and headers are longer than " +
                                        std::to_string(limits.maxHeadLength) + " bytes"};
+            if (end == std::string::npos) return;
             const std::string head = connection.in.substr(0, end);
             connection.in.erase(0, end);
             takeHead(connection, head);
