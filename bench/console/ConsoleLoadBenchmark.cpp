@@ -1,6 +1,9 @@
-// The device console under load: a burst of 200 clients, each sending a fixed number of requests
-// on fresh connections, while 8 slow clients hold connections open by sending a request's header
-// one byte per second (and connect again whenever the console drops them). Reported: how many of
+// The device console under load: 200 clients, each sending a fixed number of requests on fresh
+// connections, while 8 slow clients hold connections open by sending a request's header one byte
+// per second (and connect again whenever the console drops them). The clients either send
+// back to back, all starting at once (pace 0: a burst, whose latency is the queue of 200
+// requests), or one request every pace milliseconds, their starts spread over the first
+// interval (as people pressing keys quickly would). Reported: how many of
 // the good requests were answered, refused with an error status, reset (or never connected), or
 // left unanswered past the client's deadline, and the median and 99th percentile latency of the
 // answered ones, from connect to the whole answer. Traffic goes to 127.0.0.1 only.
@@ -93,7 +96,7 @@ void slowClient(int port, const std::atomic<bool>& stop) {
     }
 }
 
-void burstWithSlowClients(benchmark::State& state) {
+void loadWithSlowClients(benchmark::State& state) {
     MenuHost::selectLanguage("en");
     const MenuHost::PluginLibrary library{ORVO_MENU_PLUGIN};
     const MenuHost::Provider provider{library};
@@ -118,11 +121,14 @@ void burstWithSlowClients(benchmark::State& state) {
     for (auto _ : state) {
         std::atomic<bool> go{false};
         std::vector<std::thread> clients;
+        const std::chrono::milliseconds pace(state.range(0));
+        const Clock::time_point begin = Clock::now() + std::chrono::milliseconds(100);
         for (int c = 0; c < kClients; ++c) {
-            clients.emplace_back([&] {
+            clients.emplace_back([&, c] {
                 while (!go)
                     std::this_thread::yield();
                 for (int r = 0; r < kRequestsPerClient; ++r) {
+                    std::this_thread::sleep_until(begin + pace * r + pace * c / kClients);
                     const Clock::time_point start = Clock::now();
                     const Outcome outcome = request(port, text);
                     const double took = std::chrono::duration<double, std::milli>(Clock::now() - start).count();
@@ -151,7 +157,7 @@ void burstWithSlowClients(benchmark::State& state) {
     state.counters["p99_ms"] = millis.empty() ? 0 : millis[millis.size() * 99 / 100];
 }
 
-BENCHMARK(burstWithSlowClients)->Iterations(1)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(loadWithSlowClients)->Arg(0)->Arg(100)->Iterations(1)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 } // namespace
 
