@@ -161,6 +161,4 @@ BENCHMARK(loadWithSlowClients)->Arg(0)->Arg(100)->Iterations(1)->Unit(benchmark:
 
 } // namespace
 
-int main(int argc, char** argv) {
-    return Orvo::Benchmarks::runOnFreshDevice(argc, argv, "bench_console_load", "en");
-}
+int main(int argc, char** argv) { return Orvo::Benchmarks::runOnFreshDevice(argc, argv, "bench_console_load", "en"); }

@@ -92,8 +92,8 @@ int run(const Options& options) {
     const Provider provider(library);
     requireCatalogue();
     if (options.command == "serve") {
-        Orvo::Tools::Console::ConsoleConfig config{options.listen, options.port,
-                                                   Orvo::Emulator::toolDeviceDirectory(), "", ""};
+        Orvo::Tools::Console::ConsoleConfig config{options.listen, options.port, Orvo::Emulator::toolDeviceDirectory(),
+                                                   "", ""};
         config.allowRemote = options.allowRemote;
         return Orvo::Tools::Console::serveUntilInterrupted(provider, config, std::cout);
     }

@@ -143,24 +143,30 @@ TEST_F(ConsoleApi, EveryApiRequestNeedsTheTokenEveryRequestTheConsolesHostAndNoF
         {"rebound name", {{"Host", "attacker.example:" + port}, {"X-Console-Token", token}}, 403, 403},
         {"other port", {{"Host", "127.0.0.1:1"}, {"X-Console-Token", token}}, 403, 403},
         {"own origin", {{"Host", own}, {"Origin", "http://" + own}, {"X-Console-Token", token}}, 200, 200},
-        {"foreign origin", {{"Host", own}, {"Origin", "http://attacker.example"}, {"X-Console-Token", token}}, 403, 403},
+        {"foreign origin",
+         {{"Host", own}, {"Origin", "http://attacker.example"}, {"X-Console-Token", token}},
+         403,
+         403},
         {"null origin", {{"Host", own}, {"Origin", "null"}, {"X-Console-Token", token}}, 403, 403},
         {"second Host foreign", {{"Host", own}, {"Host", "attacker.example"}, {"X-Console-Token", token}}, 400, 400},
         {"second Origin foreign",
-         {{"Host", own}, {"Origin", "http://" + own}, {"Origin", "http://attacker.example"}, {"X-Console-Token", token}},
+         {{"Host", own},
+          {"Origin", "http://" + own},
+          {"Origin", "http://attacker.example"},
+          {"X-Console-Token", token}},
          400,
          400},
     };
-    const std::pair<const char*, bool> paths[] = {{"/", false},         {"/console.css", false},
-                                                  {"/console.js", false}, {"/api/menu", true},
-                                                  {"/api/device", true},  {"/api/log", true},
-                                                  {"/api/localisation", true}};
+    const std::pair<const char*, bool> paths[] = {
+        {"/", false},          {"/console.css", false}, {"/console.js", false},     {"/api/menu", true},
+        {"/api/device", true}, {"/api/log", true},      {"/api/localisation", true}};
     httplib::Client bare("127.0.0.1", server->port());
     for (const auto& c : cases) {
         for (const auto& path : paths) {
             const httplib::Result result = bare.Get(path.first, c.headers);
             ASSERT_TRUE(result) << c.what << " " << path.first;
-            EXPECT_EQ(result->status, path.second ? c.api : c.page) << c.what << " " << path.first << ": " << result->body;
+            EXPECT_EQ(result->status, path.second ? c.api : c.page)
+                << c.what << " " << path.first << ": " << result->body;
             EXPECT_EQ(result->get_header_value("Set-Cookie"), "") << c.what << " " << path.first;
         }
         // Changes are refused alike, and refused ones change nothing.
@@ -309,8 +315,9 @@ TEST_F(ConsoleApi, BadInputIsRefusedWithOneLineAndChangesNothing) {
         {"/api/device", R"({"kind":"setting","key":"db/a","type":"string","value":"T-AB\u0000CD-1.2"})", 400, "NUL"},
         {"/api/device", R"({"kind":"system-info","key":128,"type":"string","value":"T-AB\u0000CD-1.2"})", 400, "NUL"},
         {"/api/device", R"({"kind":"version-file","value":"18.001.0\u0000"})", 400, "NUL"},
-        {"/api/device", "{\"kind\":\"setting\",\"key\":\"db/" + std::string(90, '~') + "\",\"type\":\"int\",\"value\":\"1\"}",
-         400, "too long for the device"},
+        {"/api/device",
+         "{\"kind\":\"setting\",\"key\":\"db/" + std::string(90, '~') + "\",\"type\":\"int\",\"value\":\"1\"}", 400,
+         "too long for the device"},
         {"/api/key", R"({"key":"Home"})", 400, "unknown key \"Home\""},
         {"/api/key", R"({"key":"Down","repeat":2})", 400, "unknown key \"repeat\""},
         {"/api/key", R"({"key":["Down"]})", 400, "name of a key"},
@@ -440,8 +447,9 @@ protected:
         limits.maxConnections = 12;
     }
     std::string head(const std::string& method, const std::string& headers) const {
-        return method + " /api/" + (method == "GET" ? "menu" : "key") + " HTTP/1.1\r\nHost: 127.0.0.1:" +
-               std::to_string(server->port()) + "\r\nX-Console-Token: " + server->token() +
+        return method + " /api/" + (method == "GET" ? "menu" : "key") +
+               " HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(server->port()) +
+               "\r\nX-Console-Token: " + server->token() +
                "\r\nContent-Type: application/json\r\nConnection: close\r\n" + headers + "\r\n";
     }
 };
@@ -458,12 +466,27 @@ TEST_F(ConsoleLimits, EveryRequestIsRefusedAsSoonAsItBreaksALimit) {
         milliseconds gap;
         int status;
     } cases[] = {
-        {"chunked body within the limit", {head("POST", "Transfer-Encoding: chunked\r\n"), "e\r\n{\"key\":\"Down\"}\r\n0\r\n\r\n"}, milliseconds(0), 200},
-        {"chunks beyond the limit", {head("POST", "Transfer-Encoding: chunked\r\n"), chunk, chunk, chunk, chunk, chunk, "0\r\n\r\n"}, milliseconds(0), 413},
-        {"one chunk announced beyond the limit", {head("POST", "Transfer-Encoding: chunked\r\n"), "8000000\r\n{"}, milliseconds(0), 413},
-        {"length beyond the limit, body never sent", {head("POST", "Content-Length: 100000000\r\n")}, milliseconds(0), 413},
+        {"chunked body within the limit",
+         {head("POST", "Transfer-Encoding: chunked\r\n"), "e\r\n{\"key\":\"Down\"}\r\n0\r\n\r\n"},
+         milliseconds(0),
+         200},
+        {"chunks beyond the limit",
+         {head("POST", "Transfer-Encoding: chunked\r\n"), chunk, chunk, chunk, chunk, chunk, "0\r\n\r\n"},
+         milliseconds(0),
+         413},
+        {"one chunk announced beyond the limit",
+         {head("POST", "Transfer-Encoding: chunked\r\n"), "8000000\r\n{"},
+         milliseconds(0),
+         413},
+        {"length beyond the limit, body never sent",
+         {head("POST", "Content-Length: 100000000\r\n")},
+         milliseconds(0),
+         413},
         {"unknown transfer encoding", {head("POST", "Transfer-Encoding: gzip\r\n")}, milliseconds(0), 501},
-        {"length and chunks", {head("POST", "Content-Length: 5\r\nTransfer-Encoding: chunked\r\n")}, milliseconds(0), 400},
+        {"length and chunks",
+         {head("POST", "Content-Length: 5\r\nTransfer-Encoding: chunked\r\n")},
+         milliseconds(0),
+         400},
         {"headers too long", {head("GET", "X-Big: " + std::string(20000, 'x') + "\r\n")}, milliseconds(0), 431},
         {"headers a byte at a time", bytes, milliseconds(50), 408},
         {"headers stalled", {"GET /api/menu HTTP/1.1\r\n"}, milliseconds(0), 408},
@@ -503,7 +526,8 @@ TEST_F(ConsoleLimits, StalledClientsHoldNoWorkerAndConnectionsBeyondTheCapAreRef
 TEST_F(ConsoleLimits, TheBacklogHoldsABurstWhileNothingIsAccepted) {
     server->stop(); // the socket keeps listening; nothing takes its connections
     serving.join();
-    Console::ConsoleServer idle(provider, Console::ConsoleConfig{"127.0.0.1", 0, device.dir(), ORVO_CONSOLE_ASSETS, ""});
+    Console::ConsoleServer idle(provider,
+                                Console::ConsoleConfig{"127.0.0.1", 0, device.dir(), ORVO_CONSOLE_ASSETS, ""});
     std::vector<pollfd> burst;
     for (int i = 0; i < 64; ++i) {
         burst.push_back({::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0), POLLOUT, 0});
@@ -528,11 +552,12 @@ TEST(ConsoleListen, OnlyLoopbackAddressesUnlessRemoteAccessIsAllowed) {
     TestDevice device;
     const MenuHost::PluginLibrary library{ORVO_MENU_PLUGIN};
     const MenuHost::Provider provider{library};
-    const std::pair<const char*, bool> cases[] = {{"0.0.0.0", false}, {"::", false},      {"192.0.2.1", false},
+    const std::pair<const char*, bool> cases[] = {{"0.0.0.0", false},  {"::", false},       {"192.0.2.1", false},
                                                   {"127.0.0.1", true}, {"127.0.0.2", true}, {"localhost", true}};
     for (const auto& c : cases) {
         try {
-            Console::ConsoleServer server(provider, Console::ConsoleConfig{c.first, 0, device.dir(), ORVO_CONSOLE_ASSETS, ""});
+            Console::ConsoleServer server(provider,
+                                          Console::ConsoleConfig{c.first, 0, device.dir(), ORVO_CONSOLE_ASSETS, ""});
             EXPECT_TRUE(c.second) << c.first << " was taken";
         } catch (const std::runtime_error& error) {
             EXPECT_FALSE(c.second) << c.first << ": " << error.what();

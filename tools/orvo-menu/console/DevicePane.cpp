@@ -134,7 +134,8 @@ void checkSettingKey(const std::string& key) {
     if (!prefixed || key.size() > 255 || key.back() == '/')
         throw badRequest(quoted(key) + " is not a setting key (db/, file/ or memory/ followed by a name)");
     if (!Emulator::settingKeyFits(key))
-        throw badRequest(quoted(key) + " is too long for the device: its file name would exceed the file system's limit");
+        throw badRequest(quoted(key) +
+                         " is too long for the device: its file name would exceed the file system's limit");
 }
 
 void applySystemInfo(const std::string& deviceDir, const json& change) {

@@ -73,12 +73,10 @@ void addressText(int fd, bool peer, std::string& ip, int& port) {
 }
 
 const char* statusText(int status) {
-    static const std::map<int, const char*> texts = {{400, "Bad Request"},
-                                                     {408, "Request Timeout"},
-                                                     {413, "Payload Too Large"},
-                                                     {431, "Request Header Fields Too Large"},
-                                                     {501, "Not Implemented"},
-                                                     {503, "Service Unavailable"}};
+    static const std::map<int, const char*> texts = {
+        {400, "Bad Request"},       {408, "Request Timeout"},
+        {413, "Payload Too Large"}, {431, "Request Header Fields Too Large"},
+        {501, "Not Implemented"},   {503, "Service Unavailable"}};
     return texts.at(status);
 }
 
@@ -143,7 +141,8 @@ public:
                 if ((trailerLength_ += line.size()) > kMaxChunkLine) throw Refusal{400, "the trailer is too long"};
             } else {
                 const std::string size = trimmed(line.substr(0, line.find(';')));
-                if (size.empty() || size.size() > 8 || size.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos)
+                if (size.empty() || size.size() > 8 ||
+                    size.find_first_not_of("0123456789abcdefABCDEF") != std::string::npos)
                     throw Refusal{400, "a chunk's size is not a hexadecimal number"};
                 left_ = std::stoul(size, nullptr, 16);
                 if (body.size() + left_ > maxLength)
@@ -166,7 +165,7 @@ struct Connection {
 
     int fd;
     Phase phase = Phase::Head;
-    std::string in;       // received and not yet taken
+    std::string in;         // received and not yet taken
     bool started = false;   // a byte of the current request has arrived
     bool keptAlive = false; // a request was answered already
     Clock::time_point headDeadline, requestDeadline, idleDeadline;
@@ -384,8 +383,8 @@ void HttpFront::Impl::advance(Connection& connection) {
             // Blank lines before a request are allowed and skipped.
             connection.in.erase(0, std::min(connection.in.find_first_not_of("\r\n"), connection.in.size()));
             const std::size_t crlf = connection.in.find("\n\r\n"), lf = connection.in.find("\n\n");
-            const std::size_t end = std::min(crlf == std::string::npos ? crlf : crlf + 3,
-                                             lf == std::string::npos ? lf : lf + 2);
+            const std::size_t end =
+                std::min(crlf == std::string::npos ? crlf : crlf + 3, lf == std::string::npos ? lf : lf + 2);
             if (std::min(end, connection.in.size()) > limits.maxHeadLength)
                 throw Refusal{431, "the request line and headers are longer than " +
                                        std::to_string(limits.maxHeadLength) + " bytes"};
@@ -401,8 +400,8 @@ void HttpFront::Impl::advance(Connection& connection) {
                 connection.body.assign(connection.in, 0, connection.contentLength);
                 connection.in.erase(0, connection.contentLength);
             }
-            connection.request += "Content-Length: " + std::to_string(connection.body.size()) + "\r\n\r\n" +
-                                  connection.body;
+            connection.request +=
+                "Content-Length: " + std::to_string(connection.body.size()) + "\r\n\r\n" + connection.body;
             dispatch(connection);
         }
     } catch (const Refusal& refusal) {
@@ -443,7 +442,8 @@ void HttpFront::Impl::takeHead(Connection& connection, const std::string& head) 
     if (encodingGiven && lengthGiven) throw Refusal{400, "both Content-Length and Transfer-Encoding"};
     if (encodingGiven && encoding != "chunked")
         throw Refusal{501, "transfer encoding \"" + encoding + "\" is not supported (only chunked)"};
-    if (lengthGiven && (length.empty() || length.size() > 18 || length.find_first_not_of("0123456789") != std::string::npos))
+    if (lengthGiven &&
+        (length.empty() || length.size() > 18 || length.find_first_not_of("0123456789") != std::string::npos))
         throw Refusal{400, "Content-Length is not a number"};
     connection.chunked = encodingGiven;
     connection.contentLength = lengthGiven ? std::stoull(length) : 0;
