@@ -6,7 +6,7 @@
 // Origin is not the console's own is refused, so that neither another site in the browser nor
 // a rebound DNS name can drive it. It listens on a loopback address only, unless told otherwise.
 
-#include "HttpFront.h"
+#include "FrontLimits.h"
 #include "Provider.h"
 
 #include <iosfwd>
