@@ -32,7 +32,11 @@ Options:
   --file FILE           script: the actions, one per line (- for standard input)
   --width N             show, script: text width (default: the terminal's, or 80)
   --port N              serve: the port (default: any free port)
-  --listen ADDR         serve: the address to listen on (default: 127.0.0.1, this machine only)
+  --listen ADDR         serve: the address to listen on (default: 127.0.0.1, this machine only);
+                        a loopback address only: from another machine, use an SSH tunnel
+                        (ssh -L 8080:127.0.0.1:8080 HOST, with --port 8080)
+  --allow-remote        serve: let --listen name an address other machines can reach
+                        (unencrypted, the token its only protection)
   -h, --help            this text
 
 Script actions (blank lines and lines starting with # are ignored):
@@ -72,7 +76,7 @@ std::size_t parseWidth(const std::string& text) {
     return width;
 }
 
-enum LongOnly { kJson = 256, kPlugin, kLanguage, kFile, kWidth, kPort, kListen };
+enum LongOnly { kJson = 256, kPlugin, kLanguage, kFile, kWidth, kPort, kListen, kAllowRemote };
 
 int parsePort(const std::string& text) {
     char* end = nullptr;
@@ -92,6 +96,7 @@ Options parseOptions(const std::vector<std::string>& arguments) {
                                          {"width", required_argument, nullptr, kWidth},
                                          {"port", required_argument, nullptr, kPort},
                                          {"listen", required_argument, nullptr, kListen},
+                                         {"allow-remote", no_argument, nullptr, kAllowRemote},
                                          {nullptr, 0, nullptr, 0}};
     Options options;
     const std::vector<std::string> operands =
@@ -122,6 +127,9 @@ Options parseOptions(const std::vector<std::string>& arguments) {
             case kListen:
                 options.listen = value;
                 break;
+            case kAllowRemote:
+                options.allowRemote = true;
+                break;
             }
         });
     if (!operands.empty()) {
@@ -143,6 +151,7 @@ Options parseOptions(const std::vector<std::string>& arguments) {
         throw UsageError("--json shows the whole branch; leave out the item");
     }
     if (options.json && command != "show" && !command.empty()) throw UsageError("--json belongs to show");
+    if (options.allowRemote && command != "serve") throw UsageError("--allow-remote belongs to serve");
     if (!options.scriptFile.empty() && (command != "script" || !options.arguments.empty())) {
         throw UsageError("--file belongs to script, without actions on the command line");
     }

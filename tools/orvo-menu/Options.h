@@ -23,6 +23,7 @@ struct Options {
     std::size_t width = 0;            // 0: the terminal's width, or 80
     int port = 0;                     // serve: 0 for any free port
     std::string listen = "127.0.0.1"; // serve: the address to listen on
+    bool allowRemote = false;         // serve: --listen may name an address other machines reach
     bool json = false;
     bool help = false;
 };

@@ -92,8 +92,9 @@ int run(const Options& options) {
     const Provider provider(library);
     requireCatalogue();
     if (options.command == "serve") {
-        const Orvo::Tools::Console::ConsoleConfig config{options.listen, options.port,
-                                                         Orvo::Emulator::toolDeviceDirectory(), "", ""};
+        Orvo::Tools::Console::ConsoleConfig config{options.listen, options.port, Orvo::Emulator::toolDeviceDirectory(),
+                                                   "", ""};
+        config.allowRemote = options.allowRemote;
         return Orvo::Tools::Console::serveUntilInterrupted(provider, config, std::cout);
     }
     if (options.command == "script") return runScript(provider, actions, std::cout, std::cerr, outputWidth(options));

@@ -24,15 +24,6 @@ bool startsWith(const std::string& text, const char* prefix) {
 
 bool isVolatileKey(const std::string& key) { return startsWith(key, kVolatilePrefix); }
 
-// The platform's rule for key names: printable ASCII without the blank, at most kMaxKeyLength.
-int checkKeyName(const std::string& key) {
-    if (key.size() > kMaxKeyLength) return ENAMETOOLONG;
-    if (key.empty()) return EINVAL;
-    for (const char c : key)
-        if (c < 0x21 || c > 0x7E) return EINVAL;
-    return 0;
-}
-
 std::string persistentDirectory(const std::string& deviceDir) { return deviceDir + "/vconf"; }
 
 std::string volatileDirectory(const std::string& deviceDir) { return deviceDir + "/run/vconf"; }
@@ -144,7 +135,7 @@ int readStoredFile(const std::string& path, bool hashed, std::string& key, std::
 
 // The path of key's file; an error when the key is invalid or the path would leave the device.
 int settingPath(const std::string& deviceDir, const std::string& key, std::string& path) {
-    if (const int invalid = checkKeyName(key)) return invalid;
+    if (const int invalid = checkSettingKey(key)) return invalid;
     path = settingsDirectoryFor(deviceDir, key) + "/" + fileNameFor(key);
     return staysBeneath(deviceDir.c_str(), path.c_str()) ? 0 : errno;
 }
@@ -172,6 +163,14 @@ const char* settingTypeName(SettingType type) {
         return "string";
     }
     return "unknown";
+}
+
+int checkSettingKey(const std::string& key) {
+    if (key.size() > kMaxKeyLength) return ENAMETOOLONG;
+    if (key.empty()) return EINVAL;
+    for (const char c : key)
+        if (c < 0x21 || c > 0x7E) return EINVAL;
+    return 0;
 }
 
 std::string describeSettingError(int error) {
@@ -219,7 +218,7 @@ std::vector<std::string> listSettings(const std::string& deviceDir) {
             std::string content;
             const bool named = isHashedName(name) ? readStoredFile(directory + "/" + name, true, key, content) == 0
                                                   : !isTemporaryFileName(name) && decodeKey(name, key);
-            if (named && checkKeyName(key) == 0 && fileNameFor(key) == name &&
+            if (named && checkSettingKey(key) == 0 && fileNameFor(key) == name &&
                 settingsDirectoryFor(deviceDir, key) == directory)
                 keys.push_back(key);
         }

@@ -15,6 +15,11 @@
 #include <httplib.h>
 #include <nlohmann/json.hpp>
 
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
 #include <fstream>
 #include <sstream>
 #include <thread>
@@ -45,12 +50,44 @@ std::string deviceSnapshot(const TestDevice& device) {
     return snapshot + fileText(device.rootfsPath("/common/version.txt"));
 }
 
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+int connectTo(int port) {
+    const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<uint16_t>(port));
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    EXPECT_EQ(::connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    return fd;
+}
+
+// Sends the pieces `gap` apart, then reads until the console closes; the status, 0 for none.
+int exchange(int port, const std::vector<std::string>& pieces, milliseconds gap = milliseconds(0)) {
+    const int fd = connectTo(port);
+    for (const std::string& piece : pieces) {
+        if (::send(fd, piece.data(), piece.size(), MSG_NOSIGNAL) < 0) break; // answered already
+        std::this_thread::sleep_for(gap);
+    }
+    std::string answer;
+    char buffer[4096];
+    pollfd readable{fd, POLLIN, 0};
+    for (ssize_t got = 1; got > 0 && ::poll(&readable, 1, 3000) == 1;) {
+        got = ::recv(fd, buffer, sizeof buffer, 0);
+        answer.append(buffer, static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+    }
+    ::close(fd);
+    return answer.compare(0, 9, "HTTP/1.1 ") == 0 ? std::stoi(answer.substr(9, 3)) : 0;
+}
+
 class ConsoleApi : public testing::Test {
 protected:
     void SetUp() override {
         ASSERT_TRUE(inSandbox()) << "the console reads the device through its absolute paths";
-        server = std::make_unique<Console::ConsoleServer>(
-            provider, Console::ConsoleConfig{"127.0.0.1", 0, device.dir(), ORVO_CONSOLE_ASSETS, ""});
+        Console::ConsoleConfig config{"127.0.0.1", 0, device.dir(), ORVO_CONSOLE_ASSETS, ""};
+        config.limits = limits;
+        server = std::make_unique<Console::ConsoleServer>(provider, config);
         serving = std::thread([this] { server->run(); });
         client = std::make_unique<httplib::Client>("127.0.0.1", server->port());
         client->set_default_headers({{"X-Console-Token", server->token()}});
@@ -78,6 +115,7 @@ protected:
     }
     json press(const std::string& key) { return post("/api/key", json{{"key", key}}.dump()); }
 
+    Console::FrontLimits limits;
     TestDevice device;
     const bool english = (MenuHost::selectLanguage("en"), true); // as orvo-menu starts
     const MenuHost::PluginLibrary library{ORVO_MENU_PLUGIN};
@@ -87,35 +125,49 @@ protected:
     std::unique_ptr<httplib::Client> client;
 };
 
-TEST_F(ConsoleApi, EveryRequestNeedsTheTokenTheConsolesHostAndNoForeignOrigin) {
+TEST_F(ConsoleApi, EveryApiRequestNeedsTheTokenEveryRequestTheConsolesHostAndNoForeignOrigin) {
     const std::string port = std::to_string(server->port());
     const std::string own = "127.0.0.1:" + port;
+    const std::string token = server->token();
     const struct {
         const char* what;
         httplib::Headers headers;
-        int status;
+        int page; // the page and its scripts, which hold nothing secret
+        int api;
     } cases[] = {
-        {"no token", {{"Host", own}}, 403},
-        {"wrong token", {{"Host", own}, {"X-Console-Token", server->token() + "0"}}, 403},
-        {"token as header", {{"Host", own}, {"X-Console-Token", server->token()}}, 200},
-        {"token as cookie", {{"Host", own}, {"Cookie", "a=b; orvo_console_token=" + server->token()}}, 200},
-        {"localhost", {{"Host", "localhost:" + port}, {"X-Console-Token", server->token()}}, 200},
-        {"rebound name", {{"Host", "attacker.example:" + port}, {"X-Console-Token", server->token()}}, 403},
-        {"other port", {{"Host", "127.0.0.1:1"}, {"X-Console-Token", server->token()}}, 403},
-        {"own origin", {{"Host", own}, {"Origin", "http://" + own}, {"X-Console-Token", server->token()}}, 200},
+        {"no token", {{"Host", own}}, 200, 403},
+        {"wrong token", {{"Host", own}, {"X-Console-Token", token + "0"}}, 200, 403},
+        {"token as header", {{"Host", own}, {"X-Console-Token", token}}, 200, 200},
+        {"token as cookie", {{"Host", own}, {"Cookie", "a=b; orvo_console_token=" + token}}, 200, 403},
+        {"localhost", {{"Host", "localhost:" + port}, {"X-Console-Token", token}}, 200, 200},
+        {"rebound name", {{"Host", "attacker.example:" + port}, {"X-Console-Token", token}}, 403, 403},
+        {"other port", {{"Host", "127.0.0.1:1"}, {"X-Console-Token", token}}, 403, 403},
+        {"own origin", {{"Host", own}, {"Origin", "http://" + own}, {"X-Console-Token", token}}, 200, 200},
         {"foreign origin",
-         {{"Host", own}, {"Origin", "http://attacker.example"}, {"X-Console-Token", server->token()}},
+         {{"Host", own}, {"Origin", "http://attacker.example"}, {"X-Console-Token", token}},
+         403,
          403},
-        {"null origin", {{"Host", own}, {"Origin", "null"}, {"X-Console-Token", server->token()}}, 403},
+        {"null origin", {{"Host", own}, {"Origin", "null"}, {"X-Console-Token", token}}, 403, 403},
+        {"second Host foreign", {{"Host", own}, {"Host", "attacker.example"}, {"X-Console-Token", token}}, 400, 400},
+        {"second Origin foreign",
+         {{"Host", own},
+          {"Origin", "http://" + own},
+          {"Origin", "http://attacker.example"},
+          {"X-Console-Token", token}},
+         400,
+         400},
     };
-    const char* const pages[] = {"/",           "/console.css", "/console.js",      "/api/menu",
-                                 "/api/device", "/api/log",     "/api/localisation"};
+    const std::pair<const char*, bool> paths[] = {
+        {"/", false},          {"/console.css", false}, {"/console.js", false},     {"/api/menu", true},
+        {"/api/device", true}, {"/api/log", true},      {"/api/localisation", true}};
     httplib::Client bare("127.0.0.1", server->port());
     for (const auto& c : cases) {
-        for (const char* page : pages) {
-            const httplib::Result result = bare.Get(page, c.headers);
-            ASSERT_TRUE(result);
-            EXPECT_EQ(result->status, c.status) << c.what << " " << page << ": " << result->body;
+        for (const auto& path : paths) {
+            const httplib::Result result = bare.Get(path.first, c.headers);
+            ASSERT_TRUE(result) << c.what << " " << path.first;
+            EXPECT_EQ(result->status, path.second ? c.api : c.page)
+                << c.what << " " << path.first << ": " << result->body;
+            EXPECT_EQ(result->get_header_value("Set-Cookie"), "") << c.what << " " << path.first;
         }
         // Changes are refused alike, and refused ones change nothing.
         const std::string before = deviceSnapshot(device);
@@ -124,21 +176,17 @@ TEST_F(ConsoleApi, EveryRequestNeedsTheTokenTheConsolesHostAndNoForeignOrigin) {
             bare.Post("/api/device", c.headers, R"({"kind":"setting","key":"db/x","type":"int","value":"1"})",
                       "application/json");
         ASSERT_TRUE(key && change);
-        EXPECT_EQ(key->status, c.status) << c.what;
-        EXPECT_EQ(change->status, c.status) << c.what;
-        if (c.status == 403) {
+        EXPECT_EQ(key->status, c.api) << c.what;
+        EXPECT_EQ(change->status, c.api) << c.what;
+        if (c.api != 200) {
             EXPECT_EQ(deviceSnapshot(device), before) << c.what;
             EXPECT_NE(json::parse(key->body).value("error", ""), "") << c.what;
         }
         Emulator::removeSetting(device.dir(), "db/x");
     }
-    EXPECT_EQ(get("/api/menu")["selected"], 4); // the four accepted Down presses only
-    // The page's URL carries the token once; the page then keeps it in a cookie.
-    const httplib::Result page = bare.Get(("/?token=" + server->token()).c_str());
-    ASSERT_TRUE(page);
-    EXPECT_EQ(page->status, 200);
-    EXPECT_NE(page->get_header_value("Set-Cookie").find("orvo_console_token=" + server->token()), std::string::npos);
-    EXPECT_EQ(server->url(), "http://127.0.0.1:" + port + "/?token=" + server->token());
+    EXPECT_EQ(get("/api/menu")["selected"], 3); // the three accepted Down presses only
+    // The token travels in the URL's fragment, which the browser keeps to itself.
+    EXPECT_EQ(server->url(), "http://127.0.0.1:" + port + "/#token=" + token);
 }
 
 TEST_F(ConsoleApi, KeysDriveTheMenuAsTheTerminalMenuDoes) {
@@ -251,7 +299,7 @@ TEST_F(ConsoleApi, BadInputIsRefusedWithOneLineAndChangesNothing) {
          "not a valid int"},
         {"/api/device", R"({"kind":"setting","key":"db/a","type":"bool","value":"yes"})", 400, "not a valid bool"},
         {"/api/device", R"({"kind":"setting","key":"db/a","type":"long","value":"1"})", 400, "unknown setting type"},
-        {"/api/device", R"({"kind":"setting","key":"etc/a","type":"int","value":"1"})", 400, "not a setting key"},
+        {"/api/device", R"({"kind":"setting","key":"db/a b","type":"int","value":"1"})", 400, "not a setting key"},
         {"/api/device", R"({"kind":"setting","key":"db/a","type":"int","value":1})", 400, "must be a string"},
         {"/api/device", "{\"kind\":\"setting\",\"key\":\"db/a\",\"type\":\"string\",\"value\":\"" + tooLong + "\"}",
          400, "longer than 4096 bytes"},
@@ -264,6 +312,12 @@ TEST_F(ConsoleApi, BadInputIsRefusedWithOneLineAndChangesNothing) {
         {"/api/device", R"({"kind":"reboot"})", 400, "unknown kind"},
         {"/api/device", R"({"kind":"language","value":"xx"})", 400, "no catalogue"},
         {"/api/device", "{\"kind\":\"version-file\",\"value\":\"" + tooLong + "\"}", 400, "longer than"},
+        {"/api/device", R"({"kind":"setting","key":"db/a","type":"string","value":"T-AB\u0000CD-1.2"})", 400, "NUL"},
+        {"/api/device", R"({"kind":"system-info","key":128,"type":"string","value":"T-AB\u0000CD-1.2"})", 400, "NUL"},
+        {"/api/device", R"({"kind":"version-file","value":"18.001.0\u0000"})", 400, "NUL"},
+        {"/api/device",
+         "{\"kind\":\"setting\",\"key\":\"db/" + std::string(4094, '~') + "\",\"type\":\"int\",\"value\":\"1\"}", 400,
+         "too long for the device"},
         {"/api/key", R"({"key":"Home"})", 400, "unknown key \"Home\""},
         {"/api/key", R"({"key":"Down","repeat":2})", 400, "unknown key \"repeat\""},
         {"/api/key", R"({"key":["Down"]})", 400, "name of a key"},
@@ -382,6 +436,134 @@ TEST_F(ConsoleApi, ConcurrentEditsLoseNothingAndTearNothing) {
     Emulator::Setting autoUpdate;
     ASSERT_EQ(Emulator::readSetting(device.dir(), kAutoUpdate, autoUpdate), 0);
     EXPECT_EQ(autoUpdate.value, (kWriters * kRounds) % 2 == 0 ? "1" : "0");
+}
+
+// A console with short deadlines and few connections, so that its limits show quickly.
+class ConsoleLimits : public ConsoleApi {
+protected:
+    ConsoleLimits() {
+        limits.headDeadline = milliseconds(400);
+        limits.requestDeadline = milliseconds(800);
+        limits.maxConnections = 12;
+    }
+    std::string head(const std::string& method, const std::string& headers) const {
+        return method + " /api/" + (method == "GET" ? "menu" : "key") +
+               " HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(server->port()) +
+               "\r\nX-Console-Token: " + server->token() +
+               "\r\nContent-Type: application/json\r\nConnection: close\r\n" + headers + "\r\n";
+    }
+};
+
+TEST_F(ConsoleLimits, EveryRequestIsRefusedAsSoonAsItBreaksALimit) {
+    const std::string chunk = "4000\r\n" + std::string(0x4000, ' ') + "\r\n";
+    const std::string slowHead = "GET /api/menu HTTP/1.1\r\nX-Slow: 0123456789";
+    std::vector<std::string> bytes;
+    for (char c : slowHead)
+        bytes.emplace_back(1, c);
+    const struct {
+        const char* what;
+        std::vector<std::string> pieces;
+        milliseconds gap;
+        int status;
+    } cases[] = {
+        {"chunked body within the limit",
+         {head("POST", "Transfer-Encoding: chunked\r\n"), "e\r\n{\"key\":\"Down\"}\r\n0\r\n\r\n"},
+         milliseconds(0),
+         200},
+        {"chunks beyond the limit",
+         {head("POST", "Transfer-Encoding: chunked\r\n"), chunk, chunk, chunk, chunk, chunk, "0\r\n\r\n"},
+         milliseconds(0),
+         413},
+        {"one chunk announced beyond the limit",
+         {head("POST", "Transfer-Encoding: chunked\r\n"), "8000000\r\n{"},
+         milliseconds(0),
+         413},
+        {"length beyond the limit, body never sent",
+         {head("POST", "Content-Length: 100000000\r\n")},
+         milliseconds(0),
+         413},
+        {"unknown transfer encoding", {head("POST", "Transfer-Encoding: gzip\r\n")}, milliseconds(0), 501},
+        {"length and chunks",
+         {head("POST", "Content-Length: 5\r\nTransfer-Encoding: chunked\r\n")},
+         milliseconds(0),
+         400},
+        {"headers too long", {head("GET", "X-Big: " + std::string(20000, 'x') + "\r\n")}, milliseconds(0), 431},
+        {"headers a byte at a time", bytes, milliseconds(50), 408},
+        {"headers stalled", {"GET /api/menu HTTP/1.1\r\n"}, milliseconds(0), 408},
+        {"body stalled", {head("POST", "Content-Length: 15\r\n"), "{\"key\""}, milliseconds(0), 408},
+    };
+    for (const auto& c : cases) {
+        const Clock::time_point start = Clock::now();
+        EXPECT_EQ(exchange(server->port(), c.pieces, c.gap), c.status) << c.what;
+        EXPECT_LT(Clock::now() - start, milliseconds(2500)) << c.what;
+    }
+    EXPECT_EQ(get("/api/menu")["selected"], 1) << "the one request within the limits";
+}
+
+TEST_F(ConsoleLimits, StalledClientsHoldNoWorkerAndConnectionsBeyondTheCapAreRefused) {
+    limits.headDeadline = milliseconds(5000); // the stalled ones stay for the whole test
+    TearDown();
+    SetUp();
+    std::vector<int> stalled;
+    for (int i = 0; i < 8; ++i) {
+        stalled.push_back(connectTo(server->port()));
+        ASSERT_EQ(::send(stalled.back(), "GET / HTTP/1.1\r\n", 16, MSG_NOSIGNAL), 16);
+    }
+    const Clock::time_point start = Clock::now();
+    EXPECT_EQ(exchange(server->port(), {head("GET", "")}), 200);
+    EXPECT_LT(Clock::now() - start, milliseconds(1000));
+    while (stalled.size() < limits.maxConnections)
+        stalled.push_back(connectTo(server->port()));
+    httplib::Client refused("127.0.0.1", server->port());
+    const httplib::Result answer = refused.Get("/api/menu", {{"X-Console-Token", server->token()}});
+    ASSERT_TRUE(answer);
+    EXPECT_EQ(answer->status, 503);
+    EXPECT_NE(json::parse(answer->body).value("error", "").find("connections open"), std::string::npos);
+    for (int fd : stalled)
+        ::close(fd);
+}
+
+TEST_F(ConsoleLimits, TheBacklogHoldsABurstWhileNothingIsAccepted) {
+    server->stop(); // the socket keeps listening; nothing takes its connections
+    serving.join();
+    Console::ConsoleServer idle(provider,
+                                Console::ConsoleConfig{"127.0.0.1", 0, device.dir(), ORVO_CONSOLE_ASSETS, ""});
+    std::vector<pollfd> burst;
+    for (int i = 0; i < 64; ++i) {
+        burst.push_back({::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0), POLLOUT, 0});
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_port = htons(static_cast<uint16_t>(idle.port()));
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        ::connect(burst.back().fd, reinterpret_cast<sockaddr*>(&address), sizeof address);
+    }
+    ::poll(burst.data(), burst.size(), 0);
+    std::this_thread::sleep_for(milliseconds(300));
+    int established = 0;
+    for (pollfd& entry : burst) {
+        established += ::poll(&entry, 1, 0) == 1 && entry.revents == POLLOUT;
+        ::close(entry.fd);
+    }
+    EXPECT_EQ(established, 64);
+    serving = std::thread([this] { server->run(); }); // for TearDown
+}
+
+TEST(ConsoleListen, OnlyLoopbackAddressesUnlessRemoteAccessIsAllowed) {
+    TestDevice device;
+    const MenuHost::PluginLibrary library{ORVO_MENU_PLUGIN};
+    const MenuHost::Provider provider{library};
+    const std::pair<const char*, bool> cases[] = {{"0.0.0.0", false},  {"::", false},       {"192.0.2.1", false},
+                                                  {"127.0.0.1", true}, {"127.0.0.2", true}, {"localhost", true}};
+    for (const auto& c : cases) {
+        try {
+            Console::ConsoleServer server(provider,
+                                          Console::ConsoleConfig{c.first, 0, device.dir(), ORVO_CONSOLE_ASSETS, ""});
+            EXPECT_TRUE(c.second) << c.first << " was taken";
+        } catch (const std::runtime_error& error) {
+            EXPECT_FALSE(c.second) << c.first << ": " << error.what();
+            EXPECT_NE(std::string(error.what()).find("ssh -L 8080:127.0.0.1:8080"), std::string::npos) << error.what();
+        }
+    }
 }
 
 TEST(ConsoleText, RawMessageIdsAreRecognised) {

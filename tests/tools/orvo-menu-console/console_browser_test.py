@@ -5,12 +5,14 @@ Usage: console_browser_test.py BIN_DIR CASE [SCREENSHOT.png]
 Exits 77 (skipped, with the reason on standard output) only where Chromium, its driver or
 Selenium is not installed, or where the device sandbox cannot be entered.
 """
+import http.server
 import os
 import shutil
 import signal
 import subprocess
 import sys
 import tempfile
+import threading
 import time
 
 SKIPPED = 77
@@ -210,6 +212,36 @@ def localisation_view(console):
     assert not console.browser.find_elements(By.CSS_SELECTOR, "#l10n-table td.flag-raw")
 
 
+def token_stays_home(console):
+    """Another server of this machine, on another port, receives nothing of the token."""
+    seen = []
+
+    class Recorder(http.server.BaseHTTPRequestHandler):
+        def do_GET(self):
+            seen.append("%s %s" % (self.path, self.headers))
+            self.send_response(200)
+            self.send_header("Content-Type", "text/html")
+            self.end_headers()
+            self.wfile.write(b"<title>other</title>")
+
+        def log_message(self, *arguments):
+            pass
+
+    other = http.server.HTTPServer(("127.0.0.1", 0), Recorder)
+    threading.Thread(target=other.serve_forever, daemon=True).start()
+    try:
+        token = console.url.split("token=")[1]
+        for path in ("/", "/api/menu"):
+            console.browser.get("http://127.0.0.1:%d%s" % (other.server_port, path))
+            console.wait_until(lambda: console.browser.title == "other", "the other server's page")
+    finally:
+        other.shutdown()
+    assert len(seen) >= 2, seen
+    assert not [request for request in seen if token in request], seen
+    console.browser.get(console.url)  # the menu comes through the API: the page sent its token
+    console.wait_text("menu-title", "Software Update")
+
+
 CASES = {
     "page_loads": page_loads,
     "keys_move": keys_move,
@@ -219,6 +251,7 @@ CASES = {
     "switch_to_german": switch_to_german,
     "log_record_appears": log_record_appears,
     "localisation_view": localisation_view,
+    "token_stays_home": token_stays_home,
 }
 
 

@@ -77,6 +77,7 @@ TEST(OrvoMenuOptions, RejectsMisuse) {
         {"serve", "extra"},
         {"--port", "65536"},
         {"serve", "--port", "80x"},
+        {"show", "--allow-remote"},
     };
     for (const auto& misuse : misuses)
         EXPECT_THROW(parseOptions(misuse), UsageError) << misuse.back();
@@ -84,6 +85,8 @@ TEST(OrvoMenuOptions, RejectsMisuse) {
     EXPECT_EQ(serve.command, "serve");
     EXPECT_EQ(serve.port, 8080);
     EXPECT_EQ(serve.listen, "0.0.0.0");
+    EXPECT_FALSE(serve.allowRemote);
+    EXPECT_TRUE(parseOptions({"serve", "--listen", "0.0.0.0", "--allow-remote"}).allowRemote);
 }
 
 } // namespace Orvo::Tools::MenuHost

@@ -2,6 +2,7 @@
 
 #include "ConsoleError.h"
 #include "DevicePane.h"
+#include "HttpFront.h"
 #include "LogFeed.h"
 #include "MenuSession.h"
 #include "PluginLibrary.h"
@@ -28,9 +29,7 @@ using nlohmann::json;
 
 namespace {
 
-constexpr const char* kTokenCookie = "orvo_console_token";
 constexpr const char* kTokenHeader = "X-Console-Token";
-constexpr std::size_t kMaxBodyLength = 64 * 1024;
 constexpr std::size_t kMaxNameLength = 64;
 
 struct Asset {
@@ -65,16 +64,6 @@ bool sameSecret(const std::string& a, const std::string& b) {
     for (std::size_t i = 0; i < a.size(); ++i)
         difference |= static_cast<unsigned char>(a[i] ^ b[i]);
     return difference == 0;
-}
-
-std::string cookieValue(const std::string& header, const std::string& name) {
-    std::istringstream cookies(header);
-    for (std::string cookie; std::getline(cookies, cookie, ';');) {
-        const std::size_t start = cookie.find_first_not_of(' ');
-        if (start != std::string::npos && cookie.compare(start, name.size() + 1, name + "=") == 0)
-            return cookie.substr(start + name.size() + 1);
-    }
-    return "";
 }
 
 void sendJson(httplib::Response& response, const json& body, int status = 200) {
@@ -113,28 +102,28 @@ struct ConsoleServer::State {
           session(provider),
           device(config.deviceDir) {}
 
-    bool hostAllowed(const std::string& host) const {
-        const std::string suffix = ":" + std::to_string(port);
-        for (const std::string& name : {config.host, std::string("127.0.0.1"), std::string("localhost")}) {
-            if (host == name + suffix) return true;
-        }
-        return false;
+    // The console is named by the address the request came in on (so that a request from the
+    // network cannot pass for a local one), or as localhost when that address is a loopback one.
+    static bool hostAllowed(const httplib::Request& request, const std::string& host) {
+        const std::string suffix = ":" + std::to_string(request.local_port);
+        const bool v6 = request.local_addr.find(':') != std::string::npos;
+        const std::string address = v6 ? "[" + request.local_addr + "]" : request.local_addr;
+        return host == address + suffix || (host == "localhost" + suffix && isLoopback(request.local_addr));
     }
 
-    // Empty when the request may go on, otherwise why it is refused.
+    // Empty when the request may go on, otherwise why it is refused. The page and its scripts
+    // hold nothing secret; everything under /api/ needs the token, which the page sends in a
+    // header and which therefore never travels to another server as a cookie would.
     std::string refusal(const httplib::Request& request) const {
         const std::string host = request.get_header_value("Host");
-        if (!hostAllowed(host)) return "Host " + quoted(host) + " is not this console";
+        if (!hostAllowed(request, host)) return "Host " + quoted(host) + " is not this console";
         if (request.has_header("Origin")) {
             const std::string origin = request.get_header_value("Origin");
-            if (origin.compare(0, 7, "http://") != 0 || !hostAllowed(origin.substr(7)))
+            if (origin.compare(0, 7, "http://") != 0 || !hostAllowed(request, origin.substr(7)))
                 return "Origin " + quoted(origin) + " is not this console";
         }
-        const std::string presented = request.has_param("token") ? request.get_param_value("token")
-                                      : request.has_header(kTokenHeader)
-                                          ? request.get_header_value(kTokenHeader)
-                                          : cookieValue(request.get_header_value("Cookie"), kTokenCookie);
-        if (!sameSecret(presented, token)) return "missing or wrong console token (use the URL the console printed)";
+        if (request.path.compare(0, 5, "/api/") == 0 && !sameSecret(request.get_header_value(kTokenHeader), token))
+            return "missing or wrong console token (use the URL the console printed)";
         return "";
     }
 
@@ -162,15 +151,13 @@ struct ConsoleServer::State {
     std::map<std::string, std::string> assets; // path -> content
     MenuSession session;
     DevicePane device;
-    httplib::Server server;
+    Routes server;
+    std::unique_ptr<HttpFront> front;
 };
 
 void ConsoleServer::State::addRoutes() {
     for (const Asset& asset : kAssets) {
-        server.Get(asset.path, guarded([this, asset](const httplib::Request& request, httplib::Response& response) {
-                       if (request.has_param("token"))
-                           response.set_header("Set-Cookie", std::string(kTokenCookie) + "=" + token +
-                                                                 "; Path=/; HttpOnly; SameSite=Strict");
+        server.Get(asset.path, guarded([this, asset](const httplib::Request&, httplib::Response& response) {
                        response.set_content(assets.at(asset.path), asset.type);
                    }));
     }
@@ -217,9 +204,14 @@ ConsoleServer::ConsoleServer(const MenuHost::Provider& provider, const ConsoleCo
     const std::string dir = config.assetsDir.empty() ? defaultAssetsDirectory() : config.assetsDir;
     for (const Asset& asset : kAssets)
         state.assets[asset.path] = readAsset(dir + "/" + asset.file);
-    state.server.set_payload_max_length(kMaxBodyLength);
-    state.server.set_tcp_nodelay(true);     // a key's answer is one small write: no waiting for more
-    state.server.set_keep_alive_timeout(1); // Ctrl-C waits for idle browser connections this long
+    if (!config.allowRemote && !isLoopback(config.host))
+        throw std::runtime_error(
+            "the console listens on this machine only (127.0.0.1), not on " + config.host +
+            "; to reach it from another machine, tunnel it there: start it with --port 8080 and run "
+            "ssh -L 8080:127.0.0.1:8080 THIS-HOST on the other one, then open the printed URL there");
+    state.server.set_payload_max_length(config.limits.maxBodyLength);
+    state.server.set_keep_alive_timeout(
+        std::chrono::duration_cast<std::chrono::seconds>(config.limits.idleTimeout).count());
     state.server.set_default_headers({{"Cache-Control", "no-store"},
                                       {"X-Content-Type-Options", "nosniff"},
                                       {"Referrer-Policy", "no-referrer"},
@@ -236,13 +228,8 @@ ConsoleServer::ConsoleServer(const MenuHost::Provider& provider, const ConsoleCo
                   response.status == 404 ? "no such page: " + request.path : "request refused");
     });
     state.addRoutes();
-    if (config.port == 0) {
-        state.port = state.server.bind_to_any_port(config.host);
-    } else if (state.server.bind_to_port(config.host, config.port)) {
-        state.port = config.port;
-    }
-    if (state.port <= 0)
-        throw std::runtime_error("cannot listen on " + config.host + ":" + std::to_string(config.port));
+    state.front.reset(new HttpFront(state.server, config.host, config.port, config.limits));
+    state.port = state.front->port();
 }
 
 ConsoleServer::~ConsoleServer() = default;
@@ -251,11 +238,13 @@ int ConsoleServer::port() const { return state_->port; }
 const std::string& ConsoleServer::token() const { return state_->token; }
 
 std::string ConsoleServer::url() const {
-    return "http://" + state_->config.host + ":" + std::to_string(state_->port) + "/?token=" + state_->token;
+    const std::string& host = state_->config.host;
+    const std::string name = host.find(':') != std::string::npos ? "[" + host + "]" : host;
+    return "http://" + name + ":" + std::to_string(state_->port) + "/#token=" + state_->token;
 }
 
-void ConsoleServer::run() { state_->server.listen_after_bind(); }
-void ConsoleServer::stop() { state_->server.stop(); }
+void ConsoleServer::run() { state_->front->run(); }
+void ConsoleServer::stop() { state_->front->stop(); }
 
 int serveUntilInterrupted(const MenuHost::Provider& provider, const ConsoleConfig& config, std::ostream& out) {
     // The server's threads inherit the mask; one thread takes the signals and stops the server.
@@ -270,6 +259,11 @@ int serveUntilInterrupted(const MenuHost::Provider& provider, const ConsoleConfi
     std::signal(SIGTERM, SIG_DFL);
     ConsoleServer server(provider, config);
     out << server.url() << std::endl;
+    if (!isLoopback(config.host))
+        std::cerr << "orvo-menu: warning: the console listens on " << config.host
+                  << ", open to other machines: its token is all that protects the device, and it travels "
+                     "unencrypted; an SSH tunnel to 127.0.0.1 is the safe way"
+                  << std::endl;
     std::thread waiter([&server, &signals] {
         int signal = 0;
         sigwait(&signals, &signal);

@@ -9,6 +9,7 @@
 #include "orvo/device/TextValues.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <fstream>
 #include <vector>
 
@@ -59,6 +60,9 @@ const std::string& stringMember(const json& change, const char* name) {
     const std::string& text = member.get_ref<const std::string&>();
     if (text.size() > kMaxValueLength)
         throw badRequest(std::string("\"") + name + "\" is longer than " + std::to_string(kMaxValueLength) + " bytes");
+    // The device's files and the platform's string calls end a text at a NUL.
+    if (text.find('\0') != std::string::npos)
+        throw badRequest(std::string("\"") + name + "\" holds a NUL character, which the device cannot keep");
     return text;
 }
 
@@ -124,12 +128,14 @@ Emulator::Setting checkedSetting(const std::string& type, const std::string& val
 }
 
 void checkSettingKey(const std::string& key) {
-    static const char* const prefixes[] = {"db/", "file/", "memory/"};
-    const bool prefixed = std::any_of(std::begin(prefixes), std::end(prefixes), [&key](const char* prefix) {
-        return key.compare(0, std::char_traits<char>::length(prefix), prefix) == 0;
-    });
-    if (!prefixed || key.size() > 255 || key.find('\0') != std::string::npos || key.back() == '/')
-        throw badRequest(quoted(key) + " is not a setting key (db/, file/ or memory/ followed by a name)");
+    switch (Emulator::checkSettingKey(key)) {
+    case 0:
+        return;
+    case ENAMETOOLONG:
+        throw badRequest("the setting key is too long for the device (at most 4096 bytes)");
+    default:
+        throw badRequest(quoted(key) + " is not a setting key (printable ASCII without blanks)");
+    }
 }
 
 void applySystemInfo(const std::string& deviceDir, const json& change) {

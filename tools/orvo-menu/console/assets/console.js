@@ -1,8 +1,8 @@
 // The device console's page: plain DOM code, no framework. Every request carries the token the
-// console printed in its URL.
+// console printed in its URL's fragment, which the browser never sends to any server.
 "use strict";
 
-const token = new URLSearchParams(location.search).get("token") || "";
+const token = new URLSearchParams(location.hash.slice(1)).get("token") || "";
 const $ = (id) => document.getElementById(id);
 let widths = null;
 

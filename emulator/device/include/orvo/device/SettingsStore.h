@@ -36,6 +36,10 @@ const char* settingTypeName(SettingType type); // "int", "bool", "double", "stri
 // (a corrupt file, a link, a special file) named as such.
 std::string describeSettingError(int error);
 
+// The platform's rule for a key name: 0, or EINVAL (empty, or a byte outside 0x21-0x7E) or
+// ENAMETOOLONG (over 4096 bytes). Every key it takes can be stored.
+int checkSettingKey(const std::string& key);
+
 int readSetting(const std::string& deviceDir, const std::string& key, Setting& out);
 int writeSetting(const std::string& deviceDir, const std::string& key, const Setting& setting,
                  WriteMode mode = WriteMode::CreateOrReplace);
