@@ -2,6 +2,7 @@
 // descriptions. The plug-in's figure is compared with the bare platform calls it cannot avoid
 // (catalogue lookups, system-information and settings reads, the copies handed to the host).
 
+#include "Apps/Translation/TextDomain.h"
 #include "BenchmarkDevice.h"
 #include "ProviderLibrary.h"
 
@@ -16,9 +17,8 @@
 namespace {
 
 using Orvo::Testing::BranchItem;
+using Orvo::Apps::kTextDomain;
 using Orvo::Testing::kBranchItems;
-
-constexpr const char* kTextDomain = "Tizen_Orvo";
 
 void renderThroughPlugin(benchmark::State& state) {
     const Orvo::Testing::ProviderLibrary plugin;
