@@ -8,7 +8,8 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 platform=$(cd "${1:?usage: packaging/build-rpm.sh PLATFORM_PREFIX}" && pwd)
 name=libOrvoMenuItemDataProvider
-version=$(sed -n 's/^Version: *//p' packaging/$name.spec)
+# The version is the project's (CMakeLists.txt); the recipe names it @PROJECT_VERSION@.
+version=$(sed -n 's/^project(.* VERSION \([0-9.]*\).*/\1/p' CMakeLists.txt)
 top=$PWD/build/rpm
 rm -rf "$top"
 mkdir -p "$top/SOURCES"
@@ -17,7 +18,7 @@ cp packaging/$name.manifest "$top/SOURCES/"
 
 # %manifest (the Smack manifest of a file list) is the platform's own rpm extension; Debian's rpm
 # does not know it.
-grep -v '^%manifest ' packaging/$name.spec > "$top/$name.spec"
+sed -e "s/@PROJECT_VERSION@/$version/" -e '/^%manifest /d' packaging/$name.spec > "$top/$name.spec"
 PKG_CONFIG_PATH=$platform/lib/pkgconfig rpmbuild --nodeps -bb --quiet \
   --define "_topdir $top" --define "debug_package %{nil}" --define "_smp_mflags -j2" \
   "$top/$name.spec" > "$top/rpmbuild.log" 2>&1 || { tail -n 30 "$top/rpmbuild.log" >&2; exit 1; }

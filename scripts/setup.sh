@@ -37,9 +37,15 @@ for p in "${packages[@]}"; do
 done
 [ ${#missing[@]} -eq 0 ] && exit 0
 
-echo "setup: installing ${missing[*]}"
+# apt's progress goes to a log, shown only when the installation fails.
+log="${TMPDIR:-/tmp}/orvo-setup.log"
+echo "setup: installing ${#missing[@]} Debian packages (${missing[*]}); apt's output in $log"
 sudo_cmd=()
 [ "$(id -u)" -eq 0 ] || sudo_cmd=(sudo)
 export DEBIAN_FRONTEND=noninteractive
-"${sudo_cmd[@]}" apt-get update -qq
-"${sudo_cmd[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}"
+if ! { "${sudo_cmd[@]}" apt-get update &&
+       "${sudo_cmd[@]}" apt-get install -y --no-install-recommends "${missing[@]}"; } >"$log" 2>&1; then
+  tail -n 30 "$log" >&2
+  echo "setup: the installation failed (the whole output: $log)" >&2
+  exit 1
+fi

@@ -2,6 +2,7 @@
 // descriptions. The plug-in's figure is compared with the bare platform calls it cannot avoid
 // (catalogue lookups, system-information and settings reads, the copies handed to the host).
 
+#include "Apps/Translation/TextDomain.h"
 #include "BenchmarkDevice.h"
 #include "ProviderLibrary.h"
 
@@ -12,13 +13,13 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <string>
 
 namespace {
 
 using Orvo::Testing::BranchItem;
+using Orvo::Apps::kTextDomain;
 using Orvo::Testing::kBranchItems;
-
-constexpr const char* kTextDomain = "Tizen_Orvo";
 
 void renderThroughPlugin(benchmark::State& state) {
     const Orvo::Testing::ProviderLibrary plugin;
@@ -27,12 +28,16 @@ void renderThroughPlugin(benchmark::State& state) {
         for (const BranchItem& item : kBranchItems) {
             char* title = nullptr;
             char* description = nullptr;
-            record.getTitle(item.id, &title);
-            record.getDescription(item.id, &description);
+            const bool answered = record.getTitle(item.id, &title) == 0 && title != nullptr &&
+                                  record.getDescription(item.id, &description) == 0 && description != nullptr;
             benchmark::DoNotOptimize(title);
             benchmark::DoNotOptimize(description);
             record.freeString(title);
             record.freeString(description);
+            if (!answered) {
+                state.SkipWithError(("the plug-in gave no title or description for " + std::string(item.id)).c_str());
+                return;
+            }
         }
     }
 }
@@ -44,8 +49,9 @@ void renderBarePlatformCalls(benchmark::State& state) {
         for (const BranchItem& item : kBranchItems) {
             char* title = strdup(dgettext(kTextDomain, item.titleId));
             char* version = nullptr;
-            system_info_get_value_string(static_cast<system_info_key_e>(128), &version);
+            const int versionError = system_info_get_value_string(static_cast<system_info_key_e>(128), &version);
             char* newest = vconf_get_str("memory/menu/support/softwareupdate/newest_version");
+            const bool read = versionError == SYSTEM_INFO_ERROR_NONE && version != nullptr && newest != nullptr;
             benchmark::DoNotOptimize(dgettext(kTextDomain, "COM_MIX_CURRENT_VER"));
             benchmark::DoNotOptimize(dgettext(kTextDomain, "COM_MIX_NEW_VER"));
             char* description = strdup(dgettext(kTextDomain, item.helpId));
@@ -55,6 +61,10 @@ void renderBarePlatformCalls(benchmark::State& state) {
             std::free(newest);
             std::free(title);
             std::free(description);
+            if (!read) {
+                state.SkipWithError("the software version or the newest version could not be read");
+                return;
+            }
         }
     }
 }

@@ -4,18 +4,38 @@
 
 #include <benchmark/benchmark.h>
 #include <stdlib.h>
+#include <unistd.h>
 
 #include <clocale>
 #include <cstdio>
 #include <filesystem>
 #include <stdexcept>
 #include <system_error>
+#include <vector>
 
 namespace Orvo {
 namespace Benchmarks {
 namespace {
 
 std::string g_device;
+
+// The console report, counting the runs that ended in an error.
+class ErrorCountingReporter : public benchmark::ConsoleReporter {
+public:
+    ErrorCountingReporter() : ConsoleReporter(isatty(STDOUT_FILENO) ? OO_ColorTabular : OO_Tabular) {}
+
+    void ReportRuns(const std::vector<Run>& runs) override {
+        for (const Run& run : runs) {
+            if (run.error_occurred) ++m_errors;
+        }
+        ConsoleReporter::ReportRuns(runs);
+    }
+
+    int errors() const { return m_errors; }
+
+private:
+    int m_errors = 0;
+};
 
 // What the figures were taken on, for the report's context.
 std::string enterDevice(const char* language) {
@@ -37,6 +57,14 @@ std::string enterDevice(const char* language) {
 
 const std::string& benchmarkDevice() { return g_device; }
 
+int runRegisteredBenchmarks(const char* program) {
+    ErrorCountingReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    if (reporter.errors() == 0) return 0;
+    std::fprintf(stderr, "%s: %d benchmark(s) failed their work\n", program, reporter.errors());
+    return 1;
+}
+
 int runOnFreshDevice(int argc, char** argv, const char* program, const char* language) {
     char pattern[] = "/tmp/orvo-bench.XXXXXX";
     if (mkdtemp(pattern) == nullptr) {
@@ -49,7 +77,7 @@ int runOnFreshDevice(int argc, char** argv, const char* program, const char* lan
         const std::string context = enterDevice(language);
         benchmark::Initialize(&argc, argv);
         benchmark::AddCustomContext("device", context);
-        benchmark::RunSpecifiedBenchmarks();
+        status = benchmark::ReportUnrecognizedArguments(argc, argv) ? 1 : runRegisteredBenchmarks(program);
         benchmark::Shutdown();
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s: %s\n", program, error.what());

@@ -12,6 +12,11 @@ namespace Benchmarks {
 // returns the exit status. `program` names the benchmark in error messages.
 int runOnFreshDevice(int argc, char** argv, const char* program, const char* language);
 
+// Runs the registered benchmarks (after benchmark::Initialize) and reports them on the console;
+// returns 1, naming `program`, when any of them reported an error (State::SkipWithError), so that
+// a benchmark whose work failed fails its run instead of printing a figure.
+int runRegisteredBenchmarks(const char* program);
+
 // The device of the running benchmarks.
 const std::string& benchmarkDevice();
 

@@ -3,6 +3,8 @@
 // C.UTF-8 and switches by setting LANGUAGE and setting the locale anew, which makes gettext drop
 // the messages it has cached.
 
+#include "Apps/Translation/TextDomain.h"
+
 #include <string>
 #include <vector>
 
@@ -11,7 +13,7 @@ namespace Tools {
 namespace MenuHost {
 
 // The plug-in's text domain, in which the host also translates state message ids.
-constexpr const char* kTextDomain = "Tizen_Orvo";
+using Apps::kTextDomain;
 
 // Selects a language; an empty name keeps LANGUAGE from the environment, or "en" without one.
 void selectLanguage(const std::string& language);

@@ -6,6 +6,7 @@
 #include "Apps/MenuItemDataProvider/MenuItems.h"
 #include "Apps/MenuItemDataProvider/VersionInfo.h"
 #include "Apps/Translation/CEflTranslator.h"
+#include "Apps/Translation/TextDomain.h"
 
 #include <libintl.h>
 
@@ -53,7 +54,7 @@ bool isBranch(const MenuItem* item) noexcept { return item == &kMenuItems[0]; }
 std::string helpText(const MenuItem* item) {
     if (item == nullptr) return std::string();
     if (item->helpSource == HelpSource::Translator) return CEflTranslator::translate(item->descriptionId);
-    return dgettext(CEflTranslator::kTextDomain, item->descriptionId);
+    return dgettext(kTextDomain, item->descriptionId);
 }
 
 std::string describe(const char* itemId) {
@@ -69,7 +70,7 @@ std::string describe(const char* itemId) {
 int getTitle(const char* itemId, char** out) noexcept {
     if (out == nullptr) return -1;
     if (const MenuItem* item = findMenuItem(itemId)) {
-        *out = strdup(dgettext(CEflTranslator::kTextDomain, item->titleId));
+        *out = strdup(dgettext(kTextDomain, item->titleId));
     }
     return *out != nullptr ? 0 : -1;
 }

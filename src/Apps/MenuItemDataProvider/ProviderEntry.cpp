@@ -3,7 +3,7 @@
 
 #include "Apps/MenuItemDataProvider/MenuCallbacks.h"
 #include "Apps/MenuItemDataProvider/MenuItemDataProvider.h"
-#include "Apps/Translation/CEflTranslator.h"
+#include "Apps/Translation/TextDomain.h"
 
 #include <libintl.h>
 
@@ -12,7 +12,6 @@
 namespace {
 
 namespace Menu = Orvo::Apps::MenuProvider;
-using Orvo::Apps::CEflTranslator;
 
 int freeString(void* string) noexcept {
     if (string == nullptr) return 1;
@@ -26,7 +25,7 @@ extern "C" int create_provider(MenuItemDataProvider** out) {
     auto* provider = static_cast<MenuItemDataProvider*>(std::calloc(1, sizeof(MenuItemDataProvider)));
     if (provider == nullptr) return -1;
     // Bound on every creation; a failure shows up as untranslated ids, which the host can live with.
-    bindtextdomain(CEflTranslator::kTextDomain, CEflTranslator::kLocaleDirectory);
+    bindtextdomain(Orvo::Apps::kTextDomain, Orvo::Apps::kLocaleDirectory);
     provider->setIntValue = &Menu::setIntValue;
     provider->getIntValue = &Menu::getIntValue;
     provider->getValueString = &Menu::getValueString;

@@ -1,6 +1,7 @@
 #include "Apps/MenuItemDataProvider/VersionInfo.h"
 
 #include "Apps/Translation/CEflTranslator.h"
+#include "Apps/Translation/TextDomain.h"
 
 #include <libintl.h>
 #include <system_info.h>
@@ -46,29 +47,20 @@ std::string_view displayForm(std::string_view version) noexcept {
     return version;
 }
 
-void substituteTag(std::string& out, const char* text, std::string_view tag, std::string_view value) {
+namespace {
+
+// The translator's substitution with this line's own error texts, shown on screen so that a broken
+// translation does not pass for a sentence without its number; nothing is logged here.
+void appendVersionLine(std::string& out, const char* separator, const char* messageId, const PlatformString& version) {
+    if (!version || *version == '\0') return;
+    out += separator;
+    const char* text = dgettext(kTextDomain, messageId);
     if (text == nullptr) {
         out += "ERROR_TEXT_NULL";
         return;
     }
-    const std::string_view sentence(text);
-    const size_t position = sentence.find(tag);
-    if (position == std::string_view::npos) {
-        out += "ERROR_INVALID_TAG";
-        return;
-    }
-    out.append(sentence.data(), position);
-    out.append(value.data(), value.size());
-    const std::string_view rest = sentence.substr(position + tag.size());
-    out.append(rest.data(), rest.size());
-}
-
-namespace {
-
-void appendVersionLine(std::string& out, const char* separator, const char* messageId, const PlatformString& version) {
-    if (!version || *version == '\0') return;
-    out += separator;
-    substituteTag(out, dgettext(CEflTranslator::kTextDomain, messageId), kVersionTag, displayForm(version.get()));
+    std::string sentence(text);
+    out += CEflTranslator::replaceTag(sentence, kVersionTag, displayForm(version.get())) ? sentence : "ERROR_INVALID_TAG";
 }
 
 } // namespace

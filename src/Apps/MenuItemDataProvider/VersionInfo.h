@@ -42,13 +42,9 @@ bool usingDevelopmentKeys() noexcept;
 // without leading zeros ("X-ABCDEF-01234.5" is "1234"). A number of zeros only stays as it is.
 std::string_view displayForm(std::string_view version) noexcept;
 
-// Appends `text` with its first `tag` replaced by `value`. A null text appends
-// "ERROR_TEXT_NULL" and a text without the tag "ERROR_INVALID_TAG", so that a broken
-// translation shows up on screen instead of a sentence without its number.
-void substituteTag(std::string& out, const char* text, std::string_view tag, std::string_view value);
-
 // Appends the localized current-version line (after a blank line) and newest-version line, each
-// only when its version is known.
+// only when its version is known. A null translation reads "ERROR_TEXT_NULL" and one without the
+// version tag "ERROR_INVALID_TAG".
 void appendVersionLines(std::string& description);
 
 // "SW Version: <raw version>", then build date and key type when development keys are in use,

@@ -3,6 +3,7 @@
 // but the translation itself.
 
 #include "Apps/Translation/CEflTranslator.h"
+#include "Apps/Translation/TextDomain.h"
 
 #include "Common/Logging/Logging.h"
 #include "Common/Utils/ErrorInfo.h"
@@ -74,13 +75,13 @@ const VariantTable& variantTable() {
 const char* lookUp(const VariantTable& variants, std::string_view id, bool terminated, std::string& scratch) {
     const auto variant = variants.find(id);
     if (variant != variants.end()) {
-        return dgettext(CEflTranslator::kTextDomain, variant->second.c_str());
+        return dgettext(kTextDomain, variant->second.c_str());
     }
     if (terminated) {
-        return dgettext(CEflTranslator::kTextDomain, id.data());
+        return dgettext(kTextDomain, id.data());
     }
     scratch.assign(id.data(), id.size());
-    return dgettext(CEflTranslator::kTextDomain, scratch.c_str());
+    return dgettext(kTextDomain, scratch.c_str());
 }
 
 // The host's rich-text labels break lines with "<br>".
@@ -132,15 +133,18 @@ std::string CEflTranslator::translate(const std::string& msgIds) {
     return result;
 }
 
-void CEflTranslator::substituteTag(std::string& message, const std::string& tag, const std::string& text) {
+bool CEflTranslator::replaceTag(std::string& message, std::string_view tag, std::string_view text) {
     const std::size_t position = message.find(tag);
-    if (position == std::string::npos) {
-        ORVO_LOG_STREAM(ERR) << "Missing tag '" << tag << "' in message '" << message
-                             << "' while trying to substitute with text '" << text << "'.";
-        message = kTranslationError;
-        return;
-    }
+    if (position == std::string::npos) return false;
     message.replace(position, tag.size(), text);
+    return true;
+}
+
+void CEflTranslator::substituteTag(std::string& message, const std::string& tag, const std::string& text) {
+    if (replaceTag(message, tag, text)) return;
+    ORVO_LOG_STREAM(ERR) << "Missing tag '" << tag << "' in message '" << message
+                         << "' while trying to substitute with text '" << text << "'.";
+    message = kTranslationError;
 }
 
 } // namespace Apps

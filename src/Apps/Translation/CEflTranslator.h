@@ -1,17 +1,15 @@
 #pragma once
-// Message ids to display texts from the text domain "Tizen_Orvo", with product-kind variants,
-// id lists and rich-text line breaks.
+// Message ids to display texts from the application's text domain (TextDomain.h), with
+// product-kind variants, id lists and rich-text line breaks.
 
 #include <string>
+#include <string_view>
 
 namespace Orvo {
 namespace Apps {
 
 class CEflTranslator {
 public:
-    static constexpr const char* kTextDomain = "Tizen_Orvo";
-    static constexpr const char* kLocaleDirectory = "/usr/share/orvotv/res/locale";
-
     // Binds the text domain to the catalogue directory; false when the platform refuses.
     static bool setUpTextDomain();
 
@@ -23,6 +21,10 @@ public:
     // Replaces the first `tag` in `message` by `text`; without the tag, logs an error and
     // replaces the whole message by "TRANSLATION_ERROR".
     static void substituteTag(std::string& message, const std::string& tag, const std::string& text);
+
+    // The substitution itself, for callers with an error text of their own: false, and
+    // `message` untouched, without the tag.
+    static bool replaceTag(std::string& message, std::string_view tag, std::string_view text);
 };
 
 } // namespace Apps

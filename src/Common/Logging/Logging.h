@@ -52,7 +52,8 @@ const char* levelName(int32_t level) noexcept;
 // The level's letter: 'D', 'I', 'W', 'C', 'E' for DBG to FTL, 'I' otherwise.
 char levelLetter(int32_t level) noexcept;
 
-// Sets the process-wide module name to name + "-17.037.0". Called once at start-up, if at all.
+// Sets the process-wide module name to name + "-" + the project's version with a three-digit
+// minor ("-17.037.0"). Called once at start-up, if at all.
 void setModuleName(const std::string& name);
 // The current module name (empty until setModuleName).
 const char* moduleName() noexcept;

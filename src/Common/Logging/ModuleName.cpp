@@ -8,7 +8,8 @@ namespace Common {
 namespace Logging {
 namespace {
 
-constexpr const char* kVersionSuffix = "-17.037.0";
+// Fixed by the build (ORVO_MODULE_VERSION, a compile definition of this file only).
+constexpr const char* kVersionSuffix = "-" ORVO_MODULE_VERSION;
 
 std::atomic<const char*> g_moduleName{""};
 
