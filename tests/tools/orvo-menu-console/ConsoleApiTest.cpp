@@ -1,8 +1,8 @@
 // The device console's HTTP API, without a browser: a ConsoleServer on the sandbox's fresh
 // device with the real plug-in, driven through an HTTP client as the page drives it.
 
+#include "ConsoleError.h"
 #include "ConsoleServer.h"
-#include "DevicePane.h"
 #include "Language.h"
 #include "LogFormat.h"
 #include "MenuSession.h"

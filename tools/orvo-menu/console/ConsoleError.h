@@ -1,8 +1,12 @@
 #pragma once
-// A request the console refuses: its HTTP status and a one-line reason for the client.
+// A request the console refuses: its HTTP status and a one-line reason for the client, and the
+// checks of a request's JSON members that raise it.
 
 #include "JsonString.h"
 
+#include <nlohmann/json.hpp>
+
+#include <initializer_list>
 #include <stdexcept>
 #include <string>
 
@@ -27,6 +31,21 @@ inline std::string quoted(const std::string& text) {
 
 // 400 Bad Request: the request is understood but its content is not acceptable.
 inline RequestError badRequest(const std::string& reason) { return RequestError(400, reason); }
+
+// The longest text a member may carry (the largest setting value).
+constexpr std::size_t kMaxValueLength = 4096;
+
+// Checks that `object` is an object whose members are all in `allowed` and that every name of
+// `required` is there; throws RequestError naming the first one that is not.
+void checkMembers(const nlohmann::json& object, std::initializer_list<const char*> required,
+                  std::initializer_list<const char*> allowed);
+
+// A string member of at most maxLength bytes without a NUL (the device's files and the
+// platform's string calls end a text there).
+const std::string& stringMember(const nlohmann::json& object, const char* name,
+                                std::size_t maxLength = kMaxValueLength);
+
+bool boolMember(const nlohmann::json& object, const char* name);
 
 } // namespace Console
 } // namespace Tools

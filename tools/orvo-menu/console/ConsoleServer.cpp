@@ -100,7 +100,7 @@ struct ConsoleServer::State {
         : config(config),
           token(config.token.empty() ? randomToken() : config.token),
           session(provider),
-          device(config.deviceDir) {}
+          device(config.deviceDir, [this](const std::string& language) { session.selectLanguage(language); }) {}
 
     // The console is named by the address the request came in on (so that a request from the
     // network cannot pass for a local one), or as localhost when that address is a loopback one.
@@ -178,16 +178,7 @@ void ConsoleServer::State::addRoutes() {
                    sendJson(response, facts);
                }));
     server.Post("/api/device", guarded([this](const httplib::Request& request, httplib::Response& response) {
-                    const json change = bodyOf(request);
-                    if (change.is_object() && change.value("kind", json()) == "language") {
-                        checkMembers(change, {"kind", "value"}, {"kind", "value"});
-                        if (!change["value"].is_string() ||
-                            change["value"].get_ref<const std::string&>().size() > kMaxNameLength)
-                            throw badRequest("\"value\" must be a language name");
-                        session.selectLanguage(change["value"].get<std::string>());
-                    } else {
-                        device.apply(change);
-                    }
+                    device.apply(bodyOf(request));
                     sendJson(response, {{"menu", session.refresh()}});
                 }));
     server.Get("/api/log", guarded([this](const httplib::Request& request, httplib::Response& response) {

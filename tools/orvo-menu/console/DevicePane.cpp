@@ -21,6 +21,9 @@ using nlohmann::json;
 
 namespace {
 
+// A language is a catalogue's directory name (de, pt_BR, sr@latin).
+constexpr std::size_t kMaxLanguageLength = 64;
+
 const char* typeName(SystemInfoValue::Type type) {
     switch (type) {
     case SystemInfoValue::Type::Int:
@@ -51,24 +54,6 @@ std::string valueText(const SystemInfoValue& value) {
         return std::to_string(value.errorCode);
     }
     return "";
-}
-
-const std::string& stringMember(const json& change, const char* name) {
-    const json& member = change.at(name);
-    if (!member.is_string()) throw badRequest(std::string("\"") + name + "\" must be a string");
-    const std::string& text = member.get_ref<const std::string&>();
-    if (text.size() > kMaxValueLength)
-        throw badRequest(std::string("\"") + name + "\" is longer than " + std::to_string(kMaxValueLength) + " bytes");
-    // The device's files and the platform's string calls end a text at a NUL.
-    if (text.find('\0') != std::string::npos)
-        throw badRequest(std::string("\"") + name + "\" holds a NUL character, which the device cannot keep");
-    return text;
-}
-
-bool boolMember(const json& change, const char* name) {
-    const json& member = change.at(name);
-    if (!member.is_boolean()) throw badRequest(std::string("\"") + name + "\" must be true or false");
-    return member.get<bool>();
 }
 
 [[noreturn]] void refuseValue(const std::string& type, const std::string& value, const char* expected) {
@@ -161,18 +146,6 @@ std::string readVersionFile(const std::string& path, bool& present) {
 
 } // namespace
 
-void checkMembers(const json& object, std::initializer_list<const char*> required,
-                  std::initializer_list<const char*> allowed) {
-    if (!object.is_object()) throw badRequest("the request body must be a JSON object");
-    for (const auto& member : object.items()) {
-        if (std::none_of(allowed.begin(), allowed.end(), [&member](const char* name) { return member.key() == name; }))
-            throw badRequest("unknown key " + quoted(member.key()));
-    }
-    for (const char* name : required) {
-        if (!object.contains(name)) throw badRequest(std::string("missing key \"") + name + "\"");
-    }
-}
-
 json DevicePane::read() const {
     const Emulator::DeviceConf conf = Emulator::DeviceConf::load(deviceDir_);
     json systemInfo = json::array();
@@ -203,25 +176,34 @@ json DevicePane::read() const {
 void DevicePane::apply(const json& change) const {
     if (!change.is_object() || !change.contains("kind") || !change["kind"].is_string())
         throw badRequest("a change is an object with a \"kind\"");
-    const std::string kind = change["kind"].get<std::string>();
-    if (kind == "system-info") return applySystemInfo(deviceDir_, change);
-    if (kind == "setting") return applySetting(deviceDir_, change);
-    if (kind == "production") {
-        checkMembers(change, {"kind", "value"}, {"kind", "value"});
-        return Emulator::setDeviceConfEntry(deviceDir_, "production", boolMember(change, "value") ? "true" : "false");
+    const std::string& kind = change["kind"].get_ref<const std::string&>();
+    const auto valueOnly = [&change] { checkMembers(change, {"kind", "value"}, {"kind", "value"}); };
+    if (kind == "system-info") {
+        applySystemInfo(deviceDir_, change);
+    } else if (kind == "setting") {
+        applySetting(deviceDir_, change);
+    } else if (kind == "production") {
+        valueOnly();
+        Emulator::setDeviceConfEntry(deviceDir_, "production", boolMember(change, "value") ? "true" : "false");
+    } else if (kind == "development-keys") {
+        valueOnly();
+        if (boolMember(change, "value"))
+            Emulator::writeRootfsFile(deviceDir_, kDevelopmentKeysMarker, "");
+        else
+            Emulator::removeRootfsFile(deviceDir_, kDevelopmentKeysMarker);
+    } else if (kind == "version-file") {
+        valueOnly();
+        if (change["value"].is_null())
+            Emulator::removeRootfsFile(deviceDir_, kVersionFile);
+        else
+            Emulator::writeRootfsFile(deviceDir_, kVersionFile, stringMember(change, "value"));
+    } else if (kind == "language") {
+        valueOnly();
+        selectLanguage_(stringMember(change, "value", kMaxLanguageLength));
+    } else {
+        throw badRequest("unknown kind " + quoted(kind) +
+                         " (system-info, setting, production, development-keys, version-file, language)");
     }
-    if (kind == "development-keys") {
-        checkMembers(change, {"kind", "value"}, {"kind", "value"});
-        if (boolMember(change, "value")) return Emulator::writeRootfsFile(deviceDir_, kDevelopmentKeysMarker, "");
-        return Emulator::removeRootfsFile(deviceDir_, kDevelopmentKeysMarker);
-    }
-    if (kind == "version-file") {
-        checkMembers(change, {"kind", "value"}, {"kind", "value"});
-        if (change["value"].is_null()) return Emulator::removeRootfsFile(deviceDir_, kVersionFile);
-        return Emulator::writeRootfsFile(deviceDir_, kVersionFile, stringMember(change, "value"));
-    }
-    throw badRequest("unknown kind " + quoted(kind) +
-                     " (system-info, setting, production, development-keys, version-file)");
 }
 
 } // namespace Console
