@@ -18,7 +18,7 @@ build_packages=(
 
 test_packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
-  valgrind rpm
+  clang-format-14 valgrind rpm
   g++-arm-linux-gnueabihf qemu-user qemu-user-binfmt binfmt-support
   chromium chromium-driver python3-selenium
 )

@@ -17,8 +17,8 @@
 
 namespace {
 
-using Orvo::Testing::BranchItem;
 using Orvo::Apps::kTextDomain;
+using Orvo::Testing::BranchItem;
 using Orvo::Testing::kBranchItems;
 
 void renderThroughPlugin(benchmark::State& state) {

@@ -23,7 +23,7 @@ int levelOf(char p) {
 
 } // namespace
 
-LogFilter::LogFilter(const std::vector<std::string>& arguments) : m_globalLevel(DLOG_SILENT) {
+LogFilter::LogFilter(const std::vector<std::string>& arguments) : globalLevel_(DLOG_SILENT) {
     std::vector<std::string> specs;
     for (const std::string& argument : arguments) {
         std::size_t start = 0;
@@ -43,17 +43,17 @@ LogFilter::LogFilter(const std::vector<std::string>& arguments) : m_globalLevel(
         else if (tag == "*")
             level = DLOG_DEBUG;
         if (level < 0)
-            m_rejected.push_back(spec);
+            rejected_.push_back(spec);
         else if (tag == "*")
-            m_globalLevel = level;
+            globalLevel_ = level;
         else
-            m_levelByTag[tag] = level;
+            levelByTag_[tag] = level;
     }
 }
 
 bool LogFilter::accepts(const std::string& tag, int priority) const {
-    const auto entry = m_levelByTag.find(tag);
-    return priority >= DLOG_DEBUG && priority >= (entry == m_levelByTag.end() ? m_globalLevel : entry->second);
+    const auto entry = levelByTag_.find(tag);
+    return priority >= DLOG_DEBUG && priority >= (entry == levelByTag_.end() ? globalLevel_ : entry->second);
 }
 
 char priorityLetter(int priority) {

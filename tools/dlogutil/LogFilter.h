@@ -20,12 +20,12 @@ public:
 
     bool accepts(const std::string& tag, int priority) const;
     // The specs that were ignored as invalid, for callers that report them.
-    const std::vector<std::string>& rejected() const { return m_rejected; }
+    const std::vector<std::string>& rejected() const { return rejected_; }
 
 private:
-    std::map<std::string, int> m_levelByTag;
-    int m_globalLevel;
-    std::vector<std::string> m_rejected;
+    std::map<std::string, int> levelByTag_;
+    int globalLevel_;
+    std::vector<std::string> rejected_;
 };
 
 // 'V' 'D' 'I' 'W' 'E' 'F' 'S' for the log_priority values, '?' for any other.

@@ -111,8 +111,7 @@ void trace(const Options& options, const std::string& command) {
 }
 
 SettingType parseType(const Options& options) {
-    static const SettingType kTypes[] = {SettingType::Int, SettingType::Bool, SettingType::Double,
-                                         SettingType::String};
+    static const SettingType kTypes[] = {SettingType::Int, SettingType::Bool, SettingType::Double, SettingType::String};
     for (const SettingType type : kTypes)
         if (options.typeName == Orvo::Emulator::settingTypeName(type)) return type;
     throw UsageFailure{"Type '" + options.typeName + "': Invalid type"};
@@ -191,9 +190,8 @@ void getMatching(const std::string& deviceDir, const Options& options, const std
 }
 
 std::vector<std::string> parseArguments(const std::vector<std::string>& args, Options& options) {
-    static const option longOptions[] = {{"install", no_argument, nullptr, 'i'},
-                                         {"help", no_argument, nullptr, 'h'},
-                                         {nullptr, 0, nullptr, 0}};
+    static const option longOptions[] = {
+        {"install", no_argument, nullptr, 'i'}, {"help", no_argument, nullptr, 'h'}, {nullptr, 0, nullptr, 0}};
     try {
         return Orvo::Tools::parseCommandLine(args, "t:frdvqhiu:g:s:", longOptions, [&](int option, const char* value) {
             switch (option) {
@@ -228,8 +226,7 @@ int run(const std::vector<std::string>& args) {
     }
     const std::string command = operands.empty() ? std::string() : operands[0];
     const std::size_t needed = command == "set" ? 3 : 2;
-    if ((command != "set" && command != "get" && command != "unset") || operands.size() != needed)
-        throw UsageFailure{};
+    if ((command != "set" && command != "get" && command != "unset") || operands.size() != needed) throw UsageFailure{};
     if (command == "set") parseType(options); // a bad type is named before the device is looked at
 
     const std::string deviceDir = Orvo::Emulator::toolDeviceDirectory();

@@ -135,8 +135,12 @@ int namedType(NamedKeys keys, const char* key, system_info_type_e* type, int unr
 
 extern "C" {
 
-int system_info_get_platform_bool(const char* key, bool* value) { return namedBool(&DeviceConf::platformInfo, key, value); }
-int system_info_get_platform_int(const char* key, int* value) { return namedInt(&DeviceConf::platformInfo, key, value); }
+int system_info_get_platform_bool(const char* key, bool* value) {
+    return namedBool(&DeviceConf::platformInfo, key, value);
+}
+int system_info_get_platform_int(const char* key, int* value) {
+    return namedInt(&DeviceConf::platformInfo, key, value);
+}
 int system_info_get_platform_double(const char* key, double* value) {
     return namedDouble(&DeviceConf::platformInfo, key, value);
 }

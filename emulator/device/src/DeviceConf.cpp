@@ -161,7 +161,8 @@ bool parseEntry(const std::string& name, const std::string& value, DeviceConf& c
         return true;
     }
     const std::string nameSuffix = ".name";
-    if (name.size() > nameSuffix.size() && name.compare(name.size() - nameSuffix.size(), nameSuffix.size(), nameSuffix) == 0 &&
+    if (name.size() > nameSuffix.size() &&
+        name.compare(name.size() - nameSuffix.size(), nameSuffix.size(), nameSuffix) == 0 &&
         parseIndex(name.substr(0, name.size() - nameSuffix.size()), "tzplatform.", index)) {
         if (trim(value).empty() || trim(value).find_first_of(kBlanks) != std::string::npos) {
             reason = "a tzplatform name is one word";

@@ -38,26 +38,26 @@ const char kTemporaryPrefix[] = ".tmp-";
 // Closes a descriptor without disturbing the errno of the failure being reported.
 class Descriptor {
 public:
-    explicit Descriptor(int fd) : m_fd(fd) {}
+    explicit Descriptor(int fd) : fd_(fd) {}
     ~Descriptor() {
-        if (m_fd >= 0) {
+        if (fd_ >= 0) {
             const int saved = errno;
-            ::close(m_fd);
+            ::close(fd_);
             errno = saved;
         }
     }
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
-    int get() const { return m_fd; }
+    int get() const { return fd_; }
     // Closes now and reports a failed close (a delayed write error).
     bool close() {
-        const int fd = m_fd;
-        m_fd = -1;
+        const int fd = fd_;
+        fd_ = -1;
         return ::close(fd) == 0;
     }
 
 private:
-    int m_fd;
+    int fd_;
 };
 
 std::string directoryOf(const std::string& path) {

@@ -46,11 +46,7 @@ extern "C" {
 #define VCONF_TYPE_BOOL 43
 #define VCONF_TYPE_DIR 44
 
-enum get_option_t {
-    VCONF_GET_KEY = 0,
-    VCONF_GET_ALL,
-    VCONF_GET_DIR
-};
+enum get_option_t { VCONF_GET_KEY = 0, VCONF_GET_ALL, VCONF_GET_DIR };
 typedef enum get_option_t get_option_t;
 
 /* A set replaces the key's value and its type, whatever type it held. */

@@ -60,7 +60,8 @@ void appendVersionLine(std::string& out, const char* separator, const char* mess
         return;
     }
     std::string sentence(text);
-    out += CEflTranslator::replaceTag(sentence, kVersionTag, displayForm(version.get())) ? sentence : "ERROR_INVALID_TAG";
+    out +=
+        CEflTranslator::replaceTag(sentence, kVersionTag, displayForm(version.get())) ? sentence : "ERROR_INVALID_TAG";
 }
 
 } // namespace

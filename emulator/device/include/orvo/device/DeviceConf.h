@@ -41,11 +41,11 @@ struct DlogSettings {
 };
 
 struct DeviceConf {
-    std::map<int, SystemInfoValue> systemInfo;   // system-info.<number>
+    std::map<int, SystemInfoValue> systemInfo;           // system-info.<number>
     std::map<std::string, SystemInfoValue> platformInfo; // system-info.platform.<key>, without "http://"
     std::map<std::string, SystemInfoValue> customInfo;   // system-info.custom.<key>, the same
-    std::map<int, std::string> tzplatform;      // tzplatform.<index>: the value
-    std::map<int, std::string> tzplatformNames; // tzplatform.<index>.name
+    std::map<int, std::string> tzplatform;               // tzplatform.<index>: the value
+    std::map<int, std::string> tzplatformNames;          // tzplatform.<index>.name
     bool production = false;
     DlogSettings dlog;
 
