@@ -3,6 +3,8 @@
 // after the Info key. Every fact is read afresh on each request; an unreadable source is empty
 // and drops its line, it never fails the request.
 
+#include "Apps/MenuItemDataProvider/ProductFiles.h"
+
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
@@ -16,8 +18,6 @@ namespace MenuProvider {
 constexpr int32_t kSoftwareVersionKey = 128;
 constexpr int32_t kBuildDateKey = 8;
 constexpr const char* kNewestVersionSetting = "memory/menu/support/softwareupdate/newest_version";
-constexpr const char* kCommonVersionFile = "/common/version.txt";
-constexpr const char* kDevelopmentKeysMarker = "/usr/share/orvotv/UsingOrvoDevelopmentKeys";
 constexpr const char* kVersionTag = "<<A>>";
 
 struct FreeDeleter {

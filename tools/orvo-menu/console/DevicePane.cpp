@@ -1,6 +1,7 @@
 #include "DevicePane.h"
 
 #include "ConsoleError.h"
+#include "ProductFiles.h"
 #include "SystemInfoKeys.h"
 
 #include "orvo/device/DeviceConf.h"
@@ -17,6 +18,8 @@ namespace Tools {
 namespace Console {
 
 using Emulator::SystemInfoValue;
+using Apps::MenuProvider::kCommonVersionFile;
+using Apps::MenuProvider::kDevelopmentKeysMarker;
 using nlohmann::json;
 
 namespace {
@@ -164,7 +167,7 @@ json DevicePane::read() const {
     bool markerPresent = false;
     readVersionFile(deviceDir_ + "/rootfs" + kDevelopmentKeysMarker, markerPresent);
     bool versionPresent = false;
-    const std::string version = readVersionFile(deviceDir_ + "/rootfs" + kVersionFile, versionPresent);
+    const std::string version = readVersionFile(deviceDir_ + "/rootfs" + kCommonVersionFile, versionPresent);
     return {{"device", deviceDir_},
             {"systemInfo", systemInfo},
             {"settings", settings},
@@ -194,9 +197,9 @@ void DevicePane::apply(const json& change) const {
     } else if (kind == "version-file") {
         valueOnly();
         if (change["value"].is_null())
-            Emulator::removeRootfsFile(deviceDir_, kVersionFile);
+            Emulator::removeRootfsFile(deviceDir_, kCommonVersionFile);
         else
-            Emulator::writeRootfsFile(deviceDir_, kVersionFile, stringMember(change, "value"));
+            Emulator::writeRootfsFile(deviceDir_, kCommonVersionFile, stringMember(change, "value"));
     } else if (kind == "language") {
         valueOnly();
         selectLanguage_(stringMember(change, "value", kMaxLanguageLength));

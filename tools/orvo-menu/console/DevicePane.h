@@ -13,9 +13,6 @@ namespace Orvo {
 namespace Tools {
 namespace Console {
 
-// Where the plug-in reads the development-keys marker and the common layer's version.
-constexpr const char* kDevelopmentKeysMarker = "/usr/share/orvotv/UsingOrvoDevelopmentKeys";
-constexpr const char* kVersionFile = "/common/version.txt";
 class DevicePane {
 public:
     using LanguageSelector = std::function<void(const std::string& language)>;
