@@ -56,6 +56,7 @@ vconf libvconf.so.0 vconf.h
 dlog libdlog.so.0 dlog.h
 capi-system-info libcapi-system-info.so.0 system_info.h
 libtzplatform-config libtzplatform-config-2.0.so.2 tzplatform_config.h
+libtzplatform-config libtzplatform-config-2.0.so.2 tzplatform_variables.h
 LIBRARIES
 [ "$(PKG_CONFIG_PATH=$prefix/lib/pkgconfig pkg-config --modversion libtzplatform-config)" = 2.0 ] \
   || fail "libtzplatform-config: version is not 2.0"

@@ -16,17 +16,12 @@
 
 #include <sys/types.h>
 
+#include "tzplatform_variables.h"
+
 #ifdef __cplusplus
 extern "C" {
 #endif
 
-/* Callers convert index numbers to the enumeration. _TZPLATFORM_VARIABLES_INVALID_ is the
- * platform's; the two range markers are the emulator's own and make every int a valid value. */
-enum tzplatform_variable {
-    _TZPLATFORM_VARIABLES_EMULATOR_MIN_ = -2147483647 - 1,
-    _TZPLATFORM_VARIABLES_INVALID_ = -1,
-    _TZPLATFORM_VARIABLES_EMULATOR_MAX_ = 2147483647
-};
 
 /* The number of variables, and the name of one ("TZ_SYS_..."), NULL for an unknown index. */
 int tzplatform_getcount(void);
