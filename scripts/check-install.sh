@@ -58,6 +58,7 @@ capi-system-info libcapi-system-info.so.0 system_info.h
 libtzplatform-config libtzplatform-config-2.0.so.2 tzplatform_config.h
 libtzplatform-config libtzplatform-config-2.0.so.2 tzplatform_variables.h
 LIBRARIES
+readelf -VW "$prefix/lib/libvconf.so.0" | grep -q VCONF_BUXTON_1.0 || fail "libvconf: symbols not in VCONF_BUXTON_1.0"
 [ "$(PKG_CONFIG_PATH=$prefix/lib/pkgconfig pkg-config --modversion libtzplatform-config)" = 2.0 ] \
   || fail "libtzplatform-config: version is not 2.0"
 
