@@ -89,6 +89,12 @@ void setDeviceConfEntry(const std::string& deviceDir, const std::string& name, c
     if (!replaceFileAtomically(path, updated)) fail("cannot write " + path, errno);
 }
 
+void replaceDeviceConf(const std::string& deviceDir, const std::string& text) {
+    const DirectoryLock lock(deviceDir);
+    const std::string path = deviceDir + "/device.conf";
+    if (!replaceFileAtomically(path, text)) fail("cannot write " + path, errno);
+}
+
 void writeRootfsFile(const std::string& deviceDir, const std::string& devicePath, const std::string& content) {
     const std::string base = deviceDir + "/rootfs";
     const std::string path = rootfsPath(deviceDir, devicePath);

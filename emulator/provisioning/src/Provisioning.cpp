@@ -4,11 +4,14 @@
 
 #include "ProfileSettings.h"
 #include "orvo/device/DeviceDirectory.h"
+#include "orvo/device/DeviceEdits.h"
 #include "orvo/device/SettingsStore.h"
 
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <set>
 #include <stdexcept>
 #include <system_error>
@@ -128,8 +131,9 @@ void resetDeviceToProfile(const std::string& deviceDir, const std::string& dataD
     requireDevice(deviceDir);
     std::set<fs::path> keep = sandboxDirectoriesAndParents(deviceDir);
     try {
-        fs::copy_file(source / "device.conf", fs::path(deviceDir) / "device.conf",
-                      fs::copy_options::overwrite_existing);
+        std::ifstream profileConf(source / "device.conf", std::ios::binary);
+        if (!profileConf) throw std::runtime_error("cannot read " + (source / "device.conf").string());
+        replaceDeviceConf(deviceDir, std::string(std::istreambuf_iterator<char>(profileConf), {}));
         const std::set<fs::path> keepAfter = sandboxDirectoriesAndParents(deviceDir);
         keep.insert(keepAfter.begin(), keepAfter.end());
         const fs::path rootfs = fs::path(deviceDir) / "rootfs";

@@ -13,6 +13,10 @@ namespace Emulator {
 // checks that the entry is valid. Throws std::runtime_error with a one-line reason.
 void setDeviceConfEntry(const std::string& deviceDir, const std::string& name, const std::string& value);
 
+// Replaces the whole of <deviceDir>/device.conf by text, all or nothing. Throws
+// std::runtime_error with a one-line reason.
+void replaceDeviceConf(const std::string& deviceDir, const std::string& text);
+
 // Writes or removes the device's file at an absolute device path (<deviceDir>/rootfs/<path>);
 // removing a missing file is fine. Throws std::runtime_error with a one-line reason.
 void writeRootfsFile(const std::string& deviceDir, const std::string& devicePath, const std::string& content);
