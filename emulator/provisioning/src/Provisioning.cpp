@@ -16,6 +16,7 @@
 #include <stdexcept>
 #include <system_error>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace fs = std::filesystem;
@@ -23,6 +24,16 @@ namespace fs = std::filesystem;
 namespace Orvo {
 namespace Emulator {
 namespace {
+
+// The copied files must be on the disk before the device's name points at them: else a crash
+// could leave a device whose files are empty. One syncfs covers the whole tree.
+void syncFileSystemOf(const fs::path& dir) {
+    const int fd = ::open(dir.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const bool synced = fd >= 0 && ::syncfs(fd) == 0;
+    const int error = errno;
+    if (fd >= 0) ::close(fd);
+    if (!synced) throw fs::filesystem_error("cannot sync", dir, std::error_code(error, std::generic_category()));
+}
 
 const char* const kDefaultProfile = "tv";
 
@@ -113,6 +124,7 @@ void createDevice(const std::string& deviceDir, const std::string& dataDir, cons
         if (!target.parent_path().empty()) fs::create_directories(target.parent_path());
         fs::remove_all(staging);
         buildDevice(staging, source);
+        syncFileSystemOf(staging);
         fs::rename(staging, target);
     } catch (const std::exception& e) {
         fs::remove_all(staging, error);
