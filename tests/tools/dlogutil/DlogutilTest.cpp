@@ -99,35 +99,27 @@ TEST(DlogutilParity, Formats) {
                                {"apps", record(seconds + ".000000000", 4, "T", "")},
                                {"apps", record(seconds + ".000000000", 9, "T", "?")},
                                {"apps", record(seconds + ".000000000", 1, "T", "below DEBUG")}});
-    const std::vector<std::pair<std::string, std::string>> rows = {
-        {"brief", "I/MyTag   ( 1234): hello\n"},
-        {"process", "I( 1234) hello  (MyTag)\n"},
-        {"tag", "I/MyTag   : hello\n"},
-        {"thread", "I(P 1234, T 1240) hello\n"},
-        {"raw", "hello\n"},
-        {"time", "08-03 12:34:56.789+0900 I/MyTag   ( 1234): hello\n"},
-        {"threadtime", "08-03 12:34:56.789+0900 I/MyTag   (P 1234, T 1240): hello\n"},
-        {"long", "[ 08-03 12:34:56.789 I/MyTag    P 1234, T 1240]\nhello\n\n"},
-    };
-    for (const auto& [format, line] : rows)
-        EXPECT_EQ(line, dlogutil({"-d", "-v", format}).out) << format;
-    EXPECT_EQ(" 5678.789+0900 I/MyTag   (P 1234, T 1240): hello\n",
-              dlogutil({"-d", "-b", "system", "-v", "kerneltime"}).out)
-        << "kerneltime: raw seconds";
-    EXPECT_EQ("E/LongerTag( 1234): one\nE/LongerTag( 1234): two\n", dlogutil({"-d", "-b", "radio"}).out)
-        << "each line its prefix; a tag of 8 or more unpadded";
-    EXPECT_EQ("E( 1234) one  (LongerTag)\nE( 1234) two  (LongerTag)\n",
-              dlogutil({"-d", "-b", "radio", "-vprocess"}).out)
-        << "each line its suffix";
-    EXPECT_EQ("[ 08-03 12:34:56.789 E/LongerTag P 1234, T 1240]\none\ntwo\n\n\n",
-              dlogutil({"-d", "-b", "radio", "-vlong"}).out)
-        << "long: the message whole";
-    EXPECT_EQ("?/T       ( 1234): ?\n", dlogutil({"-d", "-b", "apps", "T:1"}).out)
-        << "empty message: nothing; letter ?";
-    EXPECT_EQ(
-        "[ 08-03 12:34:56.000 I/T        P 1234, T 1240]\n\n\n[ 08-03 12:34:56.000 ?/T        P 1234, T 1240]\n?\n\n",
-        dlogutil({"-d", "-b", "apps", "-vlong", "T:V"}).out)
-        << "long prints an empty message";
+    expectRows({
+        {"brief", {"-d", "-v", "brief"}, "I/MyTag   ( 1234): hello\n"},
+        {"process", {"-d", "-v", "process"}, "I( 1234) hello  (MyTag)\n"},
+        {"tag", {"-d", "-v", "tag"}, "I/MyTag   : hello\n"},
+        {"thread", {"-d", "-v", "thread"}, "I(P 1234, T 1240) hello\n"},
+        {"raw", {"-d", "-v", "raw"}, "hello\n"},
+        {"time", {"-d", "-v", "time"}, "08-03 12:34:56.789+0900 I/MyTag   ( 1234): hello\n"},
+        {"threadtime", {"-d", "-v", "threadtime"}, "08-03 12:34:56.789+0900 I/MyTag   (P 1234, T 1240): hello\n"},
+        {"long", {"-d", "-v", "long"}, "[ 08-03 12:34:56.789 I/MyTag    P 1234, T 1240]\nhello\n\n"},
+        {"kerneltime: raw seconds", {"-d", "-b", "system", "-v", "kerneltime"},
+         " 5678.789+0900 I/MyTag   (P 1234, T 1240): hello\n"},
+        {"each line its prefix; a tag of 8 or more unpadded", {"-d", "-b", "radio"},
+         "E/LongerTag( 1234): one\nE/LongerTag( 1234): two\n"},
+        {"each line its suffix", {"-d", "-b", "radio", "-vprocess"},
+         "E( 1234) one  (LongerTag)\nE( 1234) two  (LongerTag)\n"},
+        {"long: the message whole", {"-d", "-b", "radio", "-vlong"},
+         "[ 08-03 12:34:56.789 E/LongerTag P 1234, T 1240]\none\ntwo\n\n\n"},
+        {"empty message: nothing; letter ?", {"-d", "-b", "apps", "T:1"}, "?/T       ( 1234): ?\n"},
+        {"long prints an empty message", {"-d", "-b", "apps", "-vlong", "T:V"},
+         "[ 08-03 12:34:56.000 I/T        P 1234, T 1240]\n\n\n[ 08-03 12:34:56.000 ?/T        P 1234, T 1240]\n?\n\n"},
+    });
 }
 
 // -c empties the chosen buffer only; -f saves it raw; --dumpfile prints such a file.

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
 
 namespace fs = std::filesystem;
 using namespace Orvo::Emulator;
@@ -84,4 +85,15 @@ TEST_F(OrvoDevice, LeavesTheRunCommandsOptionsAloneAndNamesTheSubcommandInUsageE
     expectOneLineError({"reboot", "-q"}, 2, "orvo-device reboot: unknown option -q (see orvo-device reboot --help)");
     expectOneLineError({"create"}, 2, "(see orvo-device create --help)");
     EXPECT_EQ(tool({"reboot", "--", tv}).exitCode, 0);
+}
+
+TEST_F(OrvoDevice, ShowEndsWithTheLastTwentyRecordsOfTheMainLog) {
+    std::ofstream log(tv + "/log/main.log");
+    for (int i = 0; i < 21; ++i)
+        log << "1.000000000\t7\t7\t4\tT\trecord " << i << "\n";
+    log.close();
+    const auto result = tool({"show", tv});
+    EXPECT_NE(result.out.find("(last 20 of 21 records)\n"), std::string::npos) << result.out;
+    EXPECT_EQ(result.out.find("record 0\n"), std::string::npos);
+    EXPECT_NE(result.out.find("record 1\n"), std::string::npos);
 }

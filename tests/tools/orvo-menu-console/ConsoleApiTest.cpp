@@ -53,13 +53,15 @@ std::string deviceSnapshot(const TestDevice& device) {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-int connectTo(int port) {
-    const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+// A connection to the console; a non-blocking one may still be under way.
+int connectTo(int port, int flags = 0) {
+    const int fd = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | flags, 0);
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(static_cast<uint16_t>(port));
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    EXPECT_EQ(::connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    const int connected = ::connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address);
+    EXPECT_TRUE(connected == 0 || flags != 0);
     return fd;
 }
 
@@ -99,19 +101,15 @@ protected:
         serving.join();
     }
 
-    json get(const std::string& path, int status = 200) {
-        const httplib::Result result = client->Get(path.c_str());
-        EXPECT_TRUE(result) << path;
+    static json answer(const httplib::Result& result, const std::string& what, int status) {
+        EXPECT_TRUE(result) << what;
         if (!result) return json();
-        EXPECT_EQ(result->status, status) << path << ": " << result->body;
+        EXPECT_EQ(result->status, status) << what << ": " << result->body;
         return json::parse(result->body);
     }
-    json post(const std::string& path, const std::string& body, int status = 200) {
-        const httplib::Result result = client->Post(path.c_str(), body, "application/json");
-        EXPECT_TRUE(result) << path;
-        if (!result) return json();
-        EXPECT_EQ(result->status, status) << body << ": " << result->body;
-        return json::parse(result->body);
+    json get(const std::string& path, int status = 200) { return answer(client->Get(path.c_str()), path, status); }
+    json post(const std::string& path, const std::string& body) {
+        return answer(client->Post(path.c_str(), body, "application/json"), body, 200);
     }
     json press(const std::string& key) { return post("/api/key", json{{"key", key}}.dump()); }
 
@@ -129,34 +127,27 @@ TEST_F(ConsoleApi, EveryApiRequestNeedsTheTokenEveryRequestTheConsolesHostAndNoF
     const std::string port = std::to_string(server->port());
     const std::string own = "127.0.0.1:" + port;
     const std::string token = server->token();
+    const std::pair<std::string, std::string> host{"Host", own}, key{"X-Console-Token", token};
     const struct {
         const char* what;
         httplib::Headers headers;
         int page; // the page and its scripts, which hold nothing secret
         int api;
-    } cases[] = {
-        {"no token", {{"Host", own}}, 200, 403},
-        {"wrong token", {{"Host", own}, {"X-Console-Token", token + "0"}}, 200, 403},
-        {"token as header", {{"Host", own}, {"X-Console-Token", token}}, 200, 200},
-        {"token as cookie", {{"Host", own}, {"Cookie", "a=b; orvo_console_token=" + token}}, 200, 403},
-        {"localhost", {{"Host", "localhost:" + port}, {"X-Console-Token", token}}, 200, 200},
-        {"rebound name", {{"Host", "attacker.example:" + port}, {"X-Console-Token", token}}, 403, 403},
-        {"other port", {{"Host", "127.0.0.1:1"}, {"X-Console-Token", token}}, 403, 403},
-        {"own origin", {{"Host", own}, {"Origin", "http://" + own}, {"X-Console-Token", token}}, 200, 200},
-        {"foreign origin",
-         {{"Host", own}, {"Origin", "http://attacker.example"}, {"X-Console-Token", token}},
-         403,
-         403},
-        {"null origin", {{"Host", own}, {"Origin", "null"}, {"X-Console-Token", token}}, 403, 403},
-        {"second Host foreign", {{"Host", own}, {"Host", "attacker.example"}, {"X-Console-Token", token}}, 400, 400},
-        {"second Origin foreign",
-         {{"Host", own},
-          {"Origin", "http://" + own},
-          {"Origin", "http://attacker.example"},
-          {"X-Console-Token", token}},
-         400,
-         400},
-    };
+    } cases[] = {{"no token", {host}, 200, 403},
+                 {"wrong token", {host, {"X-Console-Token", token + "0"}}, 200, 403},
+                 {"token as header", {host, key}, 200, 200},
+                 {"token as cookie", {host, {"Cookie", "a=b; orvo_console_token=" + token}}, 200, 403},
+                 {"localhost", {{"Host", "localhost:" + port}, key}, 200, 200},
+                 {"rebound name", {{"Host", "attacker.example:" + port}, key}, 403, 403},
+                 {"other port", {{"Host", "127.0.0.1:1"}, key}, 403, 403},
+                 {"own origin", {host, {"Origin", "http://" + own}, key}, 200, 200},
+                 {"foreign origin", {host, {"Origin", "http://attacker.example"}, key}, 403, 403},
+                 {"null origin", {host, {"Origin", "null"}, key}, 403, 403},
+                 {"second Host foreign", {host, {"Host", "attacker.example"}, key}, 400, 400},
+                 {"second Origin foreign",
+                  {host, {"Origin", "http://" + own}, {"Origin", "http://attacker.example"}, key},
+                  400,
+                  400}};
     const std::pair<const char*, bool> paths[] = {
         {"/", false},          {"/console.css", false}, {"/console.js", false},     {"/api/menu", true},
         {"/api/device", true}, {"/api/log", true},      {"/api/localisation", true}};
@@ -226,47 +217,32 @@ TEST_F(ConsoleApi, ValidChangesAreWrittenAndTheMenuShowsThemAtOnce) {
     json answer =
         post("/api/device", R"({"kind":"system-info","key":128,"type":"string","value":"T-KTM2DEUC-1410.2"})");
     EXPECT_NE(answer["menu"]["description"].get<std::string>().find("Current version: 1410"), std::string::npos);
-
-    const struct {
-        const char* change;
-        const char* entry; // system-info key or other fact to check
-        const char* expected;
-    } changes[] = {
-        {R"({"kind":"system-info","key":77,"type":"int","value":"-3"})", "77", "int -3"},
-        {R"({"kind":"system-info","key":740,"type":"bool","value":"true"})", "740", "bool true"},
-        {R"({"kind":"system-info","key":12,"type":"double","value":"2.5"})", "12", "double 2.5"},
-        {R"({"kind":"system-info","key":869,"type":"error","value":"-5"})", "869", "error -5"},
-        {R"({"kind":"system-info","key":8,"type":"string","value":""})", "8", "string "},
-        {R"({"kind":"production","value":true})", "production", "true"},
-    };
-    for (const auto& c : changes) {
-        post("/api/device", c.change);
+    const std::pair<const char*, const char*> changes[] = { // the change, its line in device.conf
+        {R"({"kind":"system-info","key":77,"type":"int","value":"-3"})", "system-info.77 = int -3"},
+        {R"({"kind":"system-info","key":740,"type":"bool","value":"true"})", "system-info.740 = bool true"},
+        {R"({"kind":"system-info","key":12,"type":"double","value":"2.5"})", "system-info.12 = double 2.5"},
+        {R"({"kind":"system-info","key":869,"type":"error","value":"-5"})", "system-info.869 = error -5"},
+        {R"({"kind":"system-info","key":8,"type":"string","value":""})", "system-info.8 = string "},
+        {R"({"kind":"production","value":true})", "production = true"}};
+    for (const auto& [change, line] : changes) {
+        post("/api/device", change);
         const std::string conf = fileText(device.dir() + "/device.conf");
-        const std::string name =
-            std::string(c.entry) == "production" ? "production" : std::string("system-info.") + c.entry;
-        EXPECT_NE(conf.find("\n" + name + " = " + c.expected + "\n"), std::string::npos) << c.change << "\n" << conf;
+        EXPECT_NE(conf.find("\n" + std::string(line) + "\n"), std::string::npos) << change << "\n" << conf;
     }
-    const json facts = get("/api/device");
-    EXPECT_EQ(facts["production"], true);
+    EXPECT_EQ(get("/api/device")["production"], true);
     EXPECT_EQ(Emulator::DeviceConf::load(device.dir()).systemInfo.at(869).errorCode, -5);
     EXPECT_NE(fileText(device.dir() + "/device.conf").find("# Platform directory roots."), std::string::npos)
         << "comments stay";
 
-    const struct {
-        const char* type;
-        const char* value;
-        const char* stored;
-    } settings[] = {{"int", "-42", "-42"},
-                    {"bool", "true", "1"},
-                    {"double", "0.1", "0.10000000000000001"},
-                    {"string", "two\nlines", "two\nlines"}};
-    for (const auto& s : settings) {
-        post("/api/device",
-             json{{"kind", "setting"}, {"key", "memory/console/x"}, {"type", s.type}, {"value", s.value}}.dump());
-        Emulator::Setting stored;
-        ASSERT_EQ(Emulator::readSetting(device.dir(), "memory/console/x", stored), 0);
-        EXPECT_EQ(stored.value, s.stored) << s.type;
-        EXPECT_STREQ(Emulator::settingTypeName(stored.type), s.type);
+    const std::tuple<const char*, const char*, const char*> settings[] = { // type, value, stored
+        {"int", "-42", "-42"}, {"bool", "true", "1"}, {"double", "0.1", "0.10000000000000001"},
+        {"string", "two\nlines", "two\nlines"}};
+    for (const auto& [type, value, stored] : settings) {
+        post("/api/device", json{{"kind", "setting"}, {"key", "memory/console/x"}, {"type", type}, {"value", value}}.dump());
+        Emulator::Setting setting;
+        ASSERT_EQ(Emulator::readSetting(device.dir(), "memory/console/x", setting), 0);
+        EXPECT_EQ(setting.value, stored) << type;
+        EXPECT_STREQ(Emulator::settingTypeName(setting.type), type);
     }
 
     post("/api/device", R"({"kind":"development-keys","value":false})");
@@ -301,8 +277,8 @@ TEST_F(ConsoleApi, BadInputIsRefusedWithOneLineAndChangesNothing) {
         {"/api/device", R"({"kind":"setting","key":"db/a","type":"long","value":"1"})", 400, "unknown setting type"},
         {"/api/device", R"({"kind":"setting","key":"db/a b","type":"int","value":"1"})", 400, "not a setting key"},
         {"/api/device", R"({"kind":"setting","key":"db/a","type":"int","value":1})", 400, "must be a string"},
-        {"/api/device", "{\"kind\":\"setting\",\"key\":\"db/a\",\"type\":\"string\",\"value\":\"" + tooLong + "\"}",
-         400, "longer than 4096 bytes"},
+        {"/api/device", R"({"kind":"setting","key":"db/a","type":"string","value":")" + tooLong + "\"}", 400,
+         "longer than 4096 bytes"},
         {"/api/device", R"({"kind":"system-info","key":128,"type":"string","value":"a\nb"})", 400, "one line"},
         {"/api/device", R"({"kind":"system-info","key":869,"type":"error","value":"0"})", 400, "not a valid error"},
         {"/api/device", R"({"kind":"system-info","key":12,"type":"double","value":"2,5"})", 400, "not a valid double"},
@@ -402,18 +378,16 @@ TEST_F(ConsoleApi, ConcurrentEditsLoseNothingAndTearNothing) {
             httplib::Client own("127.0.0.1", server->port());
             own.set_default_headers({{"X-Console-Token", server->token()}});
             for (int round = 0; round < kRounds; ++round) {
-                const std::string value = std::to_string(w * 1000 + round);
-                const std::string fact =
-                    json{{"kind", "system-info"}, {"key", 5000 + w}, {"type", "int"}, {"value", value}}.dump();
-                const std::string setting = json{{"kind", "setting"},
-                                                 {"key", "db/console/shared"},
-                                                 {"type", "string"},
-                                                 {"value", std::string(3000, static_cast<char>('a' + w))}}
-                                                .dump();
-                const httplib::Result a = own.Post("/api/device", fact, "application/json");
-                const httplib::Result b = own.Post("/api/device", setting, "application/json");
-                const httplib::Result c = own.Post("/api/key", R"({"key":"Enter"})", "application/json");
-                EXPECT_TRUE(a && a->status == 200 && b && b->status == 200 && c && c->status == 200);
+                const std::pair<const char*, json> requests[] = {
+                    {"/api/device", {{"kind", "system-info"}, {"key", 5000 + w}, {"type", "int"},
+                                     {"value", std::to_string(w * 1000 + round)}}},
+                    {"/api/device", {{"kind", "setting"}, {"key", "db/console/shared"}, {"type", "string"},
+                                     {"value", std::string(3000, static_cast<char>('a' + w))}}},
+                    {"/api/key", {{"key", "Enter"}}}};
+                for (const auto& [path, body] : requests) {
+                    const httplib::Result result = own.Post(path, body.dump(), "application/json");
+                    EXPECT_TRUE(result && result->status == 200) << body;
+                }
             }
         });
     }
@@ -457,37 +431,23 @@ TEST_F(ConsoleLimits, EveryRequestIsRefusedAsSoonAsItBreaksALimit) {
     std::vector<std::string> bytes;
     for (char c : slowHead)
         bytes.emplace_back(1, c);
+    const std::string chunked = head("POST", "Transfer-Encoding: chunked\r\n");
     const struct {
         const char* what;
         std::vector<std::string> pieces;
-        milliseconds gap;
         int status;
+        milliseconds gap{0};
     } cases[] = {
-        {"chunked body within the limit",
-         {head("POST", "Transfer-Encoding: chunked\r\n"), "e\r\n{\"key\":\"Down\"}\r\n0\r\n\r\n"},
-         milliseconds(0),
-         200},
-        {"chunks beyond the limit",
-         {head("POST", "Transfer-Encoding: chunked\r\n"), chunk, chunk, chunk, chunk, chunk, "0\r\n\r\n"},
-         milliseconds(0),
-         413},
-        {"one chunk announced beyond the limit",
-         {head("POST", "Transfer-Encoding: chunked\r\n"), "8000000\r\n{"},
-         milliseconds(0),
-         413},
-        {"length beyond the limit, body never sent",
-         {head("POST", "Content-Length: 100000000\r\n")},
-         milliseconds(0),
-         413},
-        {"unknown transfer encoding", {head("POST", "Transfer-Encoding: gzip\r\n")}, milliseconds(0), 501},
-        {"length and chunks",
-         {head("POST", "Content-Length: 5\r\nTransfer-Encoding: chunked\r\n")},
-         milliseconds(0),
-         400},
-        {"headers too long", {head("GET", "X-Big: " + std::string(20000, 'x') + "\r\n")}, milliseconds(0), 431},
-        {"headers a byte at a time", bytes, milliseconds(50), 408},
-        {"headers stalled", {"GET /api/menu HTTP/1.1\r\n"}, milliseconds(0), 408},
-        {"body stalled", {head("POST", "Content-Length: 15\r\n"), "{\"key\""}, milliseconds(0), 408},
+        {"chunked body within the limit", {chunked, "e\r\n{\"key\":\"Down\"}\r\n0\r\n\r\n"}, 200},
+        {"chunks beyond the limit", {chunked, chunk, chunk, chunk, chunk, chunk, "0\r\n\r\n"}, 413},
+        {"one chunk announced beyond the limit", {chunked, "8000000\r\n{"}, 413},
+        {"length beyond the limit, body never sent", {head("POST", "Content-Length: 100000000\r\n")}, 413},
+        {"unknown transfer encoding", {head("POST", "Transfer-Encoding: gzip\r\n")}, 501},
+        {"length and chunks", {head("POST", "Content-Length: 5\r\nTransfer-Encoding: chunked\r\n")}, 400},
+        {"headers too long", {head("GET", "X-Big: " + std::string(20000, 'x') + "\r\n")}, 431},
+        {"headers a byte at a time", bytes, 408, milliseconds(50)},
+        {"headers stalled", {"GET /api/menu HTTP/1.1\r\n"}, 408},
+        {"body stalled", {head("POST", "Content-Length: 15\r\n"), "{\"key\""}, 408},
     };
     for (const auto& c : cases) {
         const Clock::time_point start = Clock::now();
@@ -526,14 +486,8 @@ TEST_F(ConsoleLimits, TheBacklogHoldsABurstWhileNothingIsAccepted) {
     Console::ConsoleServer idle(provider,
                                 Console::ConsoleConfig{"127.0.0.1", 0, device.dir(), ORVO_CONSOLE_ASSETS, ""});
     std::vector<pollfd> burst;
-    for (int i = 0; i < 64; ++i) {
-        burst.push_back({::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK | SOCK_CLOEXEC, 0), POLLOUT, 0});
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_port = htons(static_cast<uint16_t>(idle.port()));
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        ::connect(burst.back().fd, reinterpret_cast<sockaddr*>(&address), sizeof address);
-    }
+    for (int i = 0; i < 64; ++i)
+        burst.push_back({connectTo(idle.port(), SOCK_NONBLOCK), POLLOUT, 0});
     ::poll(burst.data(), burst.size(), 0);
     std::this_thread::sleep_for(milliseconds(300));
     int established = 0;
@@ -564,14 +518,10 @@ TEST(ConsoleListen, OnlyLoopbackAddressesUnlessRemoteAccessIsAllowed) {
 }
 
 TEST(ConsoleText, RawMessageIdsAreRecognised) {
-    const std::pair<const char*, bool> cases[] = {{"COM_AUTO_UPDATE", true}, {"TV_SID_UPDATE_UPDATE_CHANNELS", true},
-                                                  {"COM_MIX_NEW_VER", true}, {"Auto Update", false},
-                                                  {"T-KTM2DEUC", false},     {"UPDATE", false},
-                                                  {"_COM", false},           {"COM__X", false},
-                                                  {"COM_", false},           {"", false},
-                                                  {"Com_Auto", false}};
-    for (const auto& c : cases)
-        EXPECT_EQ(Console::looksLikeMessageId(c.first), c.second) << c.first;
+    for (const char* id : {"COM_AUTO_UPDATE", "TV_SID_UPDATE_UPDATE_CHANNELS", "COM_MIX_NEW_VER"})
+        EXPECT_TRUE(Console::looksLikeMessageId(id)) << id;
+    for (const char* text : {"Auto Update", "T-KTM2DEUC", "UPDATE", "_COM", "COM__X", "COM_", "", "Com_Auto"})
+        EXPECT_FALSE(Console::looksLikeMessageId(text)) << text;
 }
 
 } // namespace

@@ -22,14 +22,11 @@ TEST(OrvoMenuPlugin, UnusablePluginIsRefusedInOneLine) {
 TEST(OrvoMenuPlugin, CheckReportsTheBreachesOfACarelessPlugin) {
     const ProcessResult result = runProcess({toolPath("orvo-menu"), "--plugin", FAKE_CARELESS_PLUGIN, "check"});
     EXPECT_EQ(result.exitCode, 1);
-    for (const char* line : {
-             "FAIL  freeString(nullptr): returned 0, expected 1\n",
-             "FAIL  slot 20: returned a function, expected null (no such operation)\n",
-             "FAIL  getTitle(\"menu/support/softwareupdatenow\", &null): returned 0, *out \"Fake\", "
-             "expected -1, *out null\n",
-         }) {
+    for (const char* line : {"FAIL  freeString(nullptr): returned 0, expected 1\n",
+                             "FAIL  slot 20: returned a function, expected null (no such operation)\n",
+                             "FAIL  getTitle(\"menu/support/softwareupdatenow\", &null): returned 0, *out \"Fake\", "
+                             "expected -1, *out null\n"})
         EXPECT_NE(result.out.find(line), std::string::npos) << line << result.out;
-    }
 }
 
 // Mistakes a script makes: each is one line on standard error with a non-zero status, and

@@ -59,34 +59,23 @@ TEST(OrvoMenuScript, RejectsBadLinesNamingTheLine) {
 }
 
 TEST(OrvoMenuOptions, RejectsMisuse) {
-    const std::vector<std::vector<std::string>> misuses = {
-        {"--plugin"},
-        {"--bogus"},
-        {"dance"},
-        {"check", "extra"},
-        {"show", "a", "b"},
-        {"show", "--json", "menu/x"},
-        {"check", "--json"},
-        {"--width", "5"},
-        {"--file", "f"},
-        {"script", "show", "--file", "f"},
-        {"--language", ""},
-        {"--language="},
-        {"--json=1"},
-        {"show", "menu/no/such/item"},
-        {"serve", "extra"},
-        {"--port", "65536"},
-        {"serve", "--port", "80x"},
-        {"show", "--allow-remote"},
-    };
-    for (const auto& misuse : misuses)
-        EXPECT_THROW(parseOptions(misuse), UsageError) << misuse.back();
+    // Arguments split at each blank, so "--language " ends in an empty one.
+    for (const std::string misuse :
+         {"--plugin", "--bogus", "dance", "check extra", "show a b", "show --json menu/x", "check --json", "--width 5",
+          "--file f", "script show --file f", "--language ", "--language=", "--json=1", "show menu/no/such/item",
+          "serve extra", "--port 65536", "serve --port 80x", "show --allow-remote"}) {
+        std::vector<std::string> arguments{""};
+        for (char c : misuse)
+            c == ' ' ? void(arguments.emplace_back()) : arguments.back().push_back(c);
+        EXPECT_THROW(parseOptions(arguments), UsageError) << misuse;
+    }
     const Options serve = parseOptions({"serve", "--port", "8080", "--listen", "0.0.0.0"});
     EXPECT_EQ(serve.command, "serve");
     EXPECT_EQ(serve.port, 8080);
     EXPECT_EQ(serve.listen, "0.0.0.0");
     EXPECT_FALSE(serve.allowRemote);
     EXPECT_TRUE(parseOptions({"serve", "--listen", "0.0.0.0", "--allow-remote"}).allowRemote);
+    EXPECT_EQ(parseOptions({"serve", "--port", "65535"}).port, 65535) << "the highest port";
 }
 
 } // namespace Orvo::Tools::MenuHost

@@ -1,4 +1,5 @@
 #include "Json.h"
+#include "Language.h"
 #include "TextLayout.h"
 
 #include <gtest/gtest.h>
@@ -26,11 +27,18 @@ TEST(OrvoMenuTextLayout, JoinsClipsAndBreaksLinesByCodePoints) {
     EXPECT_EQ(richTextToPlain("a<br>b<br><br>c<br"), "a\nb\n\nc<br");
 }
 
+TEST(OrvoMenuLanguage, NextLanguageCyclesThroughTheCatalogues) {
+    const std::vector<std::string> languages = {"de", "en", "fr"};
+    const std::pair<const char*, const char*> rows[] = {{"de", "en"}, {"fr", "de"}, {"xx", "de"}};
+    for (const auto& [current, next] : rows)
+        EXPECT_EQ(nextLanguage(languages, current), next) << current;
+}
+
 // Whatever bytes the plug-in returns, the document stays valid JSON.
 TEST(OrvoMenuJson, EscapesControlCharactersAndReplacesInvalidUtf8) {
     const std::pair<std::string, std::string> rows[] = {
         {"say \"hi\"\\\n\t\r", R"("say \"hi\"\\\n\t\r")"},
-        {std::string("\x01\x7f\0", 3), R"("\u0001\u007f\u0000")"},
+        {std::string("\x01\x1f\x7f\0", 4), R"("\u0001\u001f\u007f\u0000")"},
         {"Mise à jour 🙂", "\"Mise à jour 🙂\""},
         {"\xff\xc3", R"("\ufffd\ufffd")"},           // a stray byte, a cut sequence
         {"\xc0\xaf", R"("\ufffd\ufffd")"},           // overlong
