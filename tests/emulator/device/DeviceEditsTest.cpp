@@ -1,4 +1,4 @@
-// The console's writers of device facts: one device.conf entry, and files of the rootfs.
+// The device's writers for tools such as the console: one device.conf entry, files of the rootfs.
 
 #include "orvo/device/DeviceConf.h"
 #include "orvo/device/DeviceEdits.h"
