@@ -41,11 +41,9 @@ TEST(ModuleNameTest, StartsEmptyTakesTheVersionSuffixAndHeadsBootLinesWhenEnable
     setBootLogEnabled(false);
     EXPECT_STREQ(buffer,
                  "\x91"
-                 "C"
-                 "\x90"
-                 "averylon    field"
-                 "\x87"
-                 "text\n");
+                 "C\x90"
+                 "averylon    field\x87"
+                 "text\n"); // '\x90a' would be one escape
 }
 
 } // namespace
