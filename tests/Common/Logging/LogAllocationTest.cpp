@@ -13,7 +13,10 @@
 #include <utility>
 #include <vector>
 
+namespace Orvo::Testing {
 namespace {
+
+using namespace Orvo::Common::Logging;
 
 template <typename Call>
 long allocationsOf(Call call) {
@@ -21,13 +24,6 @@ long allocationsOf(Call call) {
     call();
     return orvoAllocations() - before;
 }
-
-} // namespace
-
-namespace Orvo::Testing {
-namespace {
-
-using namespace Orvo::Common::Logging;
 
 class LogAllocationTest : public ::testing::Test {
 protected:

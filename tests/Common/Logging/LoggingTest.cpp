@@ -59,12 +59,10 @@ TEST(LogPrintfTest, DumpRowsRepeatTheMessageAndCountRowsInHex) {
         int32_t length;
         std::size_t rows;
         std::string first, last;
-    } cases[] = {
-        {"abc", 20, 2, "abc" + row0, "abc 0001=10111213"},
-        {"z", 0, 1, "z 0000=00010203", "z 0000=00010203"}, // a length of 0 dumps 4 bytes
-        {"m", 176, 11, "m" + row0, "m 000a=a0a1a2a3a4a5a6a7a8a9aaabacadaeaf"},
-        {heapSized, 20, 2, heapSized + row0, heapSized + " 0001=10111213"},
-    };
+    } cases[] = {{"abc", 20, 2, "abc" + row0, "abc 0001=10111213"},
+                 {"z", 0, 1, "z 0000=00010203", "z 0000=00010203"}, // a length of 0 dumps 4 bytes
+                 {"m", 176, 11, "m" + row0, "m 000a=a0a1a2a3a4a5a6a7a8a9aaabacadaeaf"},
+                 {heapSized, 20, 2, heapSized + row0, heapSized + " 0001=10111213"}};
     for (const auto& testCase : cases) {
         SCOPED_TRACE(testCase.message.substr(0, 3));
         const Sunk rows = sunk(INF, data.data(), testCase.length, testCase.message);
@@ -83,16 +81,14 @@ TEST(DlogSinkTest, LevelsFollowTheRoutingTableInBracketedNumberedLines) {
         int32_t level;
         int buffer, priority;
         const char* name;
-    } routes[] = {
-        {VERBOSE, LOG_ID_MAIN, DLOG_VERBOSE, "VERBOSE"},
-        {DBG, LOG_ID_MAIN, DLOG_DEBUG, "DBG"},
-        {INF, LOG_ID_MAIN, DLOG_INFO, "INF"},
-        {WRN, LOG_ID_MAIN, DLOG_WARN, "WRN"},
-        {ERR, LOG_ID_SYSTEM, DLOG_WARN, "ERR"},
-        {FTL, LOG_ID_SYSTEM, DLOG_FATAL, "FTL"},
-        {7, LOG_ID_SYSTEM, DLOG_ERROR, "INF"},
-        {0, LOG_ID_SYSTEM, DLOG_ERROR, "INF"},
-    };
+    } routes[] = {{VERBOSE, LOG_ID_MAIN, DLOG_VERBOSE, "VERBOSE"},
+                  {DBG, LOG_ID_MAIN, DLOG_DEBUG, "DBG"},
+                  {INF, LOG_ID_MAIN, DLOG_INFO, "INF"},
+                  {WRN, LOG_ID_MAIN, DLOG_WARN, "WRN"},
+                  {ERR, LOG_ID_SYSTEM, DLOG_WARN, "ERR"},
+                  {FTL, LOG_ID_SYSTEM, DLOG_FATAL, "FTL"},
+                  {7, LOG_ID_SYSTEM, DLOG_ERROR, "INF"},
+                  {0, LOG_ID_SYSTEM, DLOG_ERROR, "INF"}};
     TestDevice device;
     uint32_t sequence = 0;
     for (const auto& route : routes) {
@@ -132,12 +128,10 @@ TEST(DlogSinkTest, LongTextsAreCutAtLineFeedsAndEvery768BytesIntoConsecutiveLine
     const struct {
         std::string text;
         std::vector<std::string> lines;
-    } cases[] = {
-        {a + "\n\n" + b, {a + "\n\n" + b}},  // 768 bytes: one line, line feeds and all
-        {a + "\n\n" + b + "\n", {a, "", b}}, // 769 bytes
-        {alphabet, {alphabet.substr(0, 768), alphabet.substr(768, 768), alphabet.substr(1536)}},
-        {"\n" + c + "\n" + c + c, {"", c, c, c}},
-    };
+    } cases[] = {{a + "\n\n" + b, {a + "\n\n" + b}},  // 768 bytes: one line, line feeds and all
+                 {a + "\n\n" + b + "\n", {a, "", b}}, // 769 bytes
+                 {alphabet, {alphabet.substr(0, 768), alphabet.substr(768, 768), alphabet.substr(1536)}},
+                 {"\n" + c + "\n" + c + c, {"", c, c, c}}};
     TestDevice device;
     for (const auto& testCase : cases) {
         SCOPED_TRACE(testCase.text.size());

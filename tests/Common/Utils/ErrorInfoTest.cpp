@@ -105,8 +105,7 @@ TEST(OrvoAssertDeathTest, FailureWritesConsoleAndLogThenAborts) {
         {failWithMessage,
          "ASSERTION FAILED: false, .*failWithMessage\\(\\), ErrorInfoTest\\.cpp:[0-9]+\nMESSAGE: settings lost"},
         {dereferenceEmptySharedPointer, "ASSERTION FAILED: px != 0, .*shared_ptr\\.hpp:[0-9]+"},
-        {rethrowNothing, "ASSERTION FAILED: excPtr, .*RethrowExceptionStream\\.cpp:[0-9]+"},
-    };
+        {rethrowNothing, "ASSERTION FAILED: excPtr, .*RethrowExceptionStream\\.cpp:[0-9]+"}};
     TestDevice device;
     for (const auto& testCase : cases) {
         SCOPED_TRACE(testCase.text);

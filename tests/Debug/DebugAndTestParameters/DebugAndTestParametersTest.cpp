@@ -109,20 +109,16 @@ TEST_F(DebugAndTestParametersTest, ProductionLoadLeavesTheFileUnreadButReloadRea
     changedParameters().save(kFilePath);
     m_device.setConf("production", "true");
     EXPECT_EQ(parameters(), DebugAndTestParameters());
+    EXPECT_THAT([] { parameters().reload(); },
+                Throws<GenericException>(HasInfo<errinfo_description>("load DebugAndTestParameters before reload")));
+    EXPECT_THAT(loggedMessages(m_device, LOG_ID_SYSTEM),
+                ElementsAre("ERR DebugAndTestParameters not yet loaded - use loadDebugAndTestParameters() first"));
     DebugAndTestParameters::loadDebugAndTestParameters();
     EXPECT_EQ(parameters(), DebugAndTestParameters());
     EXPECT_TRUE(parameters().reload());
     EXPECT_EQ(parameters(), changedParameters());
     EXPECT_THAT(mainLog(),
                 ElementsAre("INF We are in production mode. Will not load DebugAndTestParameters.", kOpening));
-}
-
-TEST_F(DebugAndTestParametersTest, ReloadBeforeLoadThrows) {
-    m_device.setConf("production", "true");
-    EXPECT_THAT([] { parameters().reload(); },
-                Throws<GenericException>(HasInfo<errinfo_description>("load DebugAndTestParameters before reload")));
-    EXPECT_THAT(loggedMessages(m_device, LOG_ID_SYSTEM),
-                ElementsAre("ERR DebugAndTestParameters not yet loaded - use loadDebugAndTestParameters() first"));
 }
 
 TEST_F(DebugAndTestParametersTest, BrokenFileKeepsTheDefaultsAfterTheValuesReadSoFar) {

@@ -9,6 +9,8 @@
 
 #include <fstream>
 #include <sstream>
+#include <thread>
+#include <vector>
 
 namespace Orvo::Testing {
 namespace {
@@ -50,7 +52,17 @@ protected:
     TemporaryDirectory m_directory;
 };
 
-TEST(InstallationPerformanceParametersDefaults, AreTheFileFormatsDefaults) {
+// The default instance is built once, whichever thread asks first.
+TEST(InstallationPerformanceParametersDefaults, AreOneInstanceForAllThreadsWithTheFileFormatsDefaults) {
+    std::vector<const Parameters*> seen(8, nullptr);
+    std::vector<std::thread> threads;
+    for (auto& defaults : seen)
+        threads.emplace_back([&defaults] { defaults = &Parameters::defaults(); });
+    for (std::thread& thread : threads)
+        thread.join();
+    for (const Parameters* defaults : seen)
+        EXPECT_EQ(defaults, seen[0]);
+    EXPECT_EQ(Parameters::defaults(), Parameters());
     std::ostringstream text;
     Parameters::write(Parameters::defaults(), text);
     std::vector<Matcher<std::string>> elements = defaultPerformanceElements();

@@ -91,7 +91,7 @@ TEST(ApplicationPathsTest, MissingPlatformRootLeavesTheProductUninitialised) {
     for (const char* index : {"tzplatform.3", "tzplatform.10", "tzplatform.27", "tzplatform.28"}) {
         SCOPED_TRACE(index);
         device.removeConf(index);
-        EXPECT_THAT(P::initializeProduct, ThrowsMessage<std::logic_error>("basic_string::_M_construct null not valid"));
+        EXPECT_THROW(P::initializeProduct(), std::logic_error);
         EXPECT_THROW(P::getSystemRwDataDirectory(), Platform::ProductUninitializedException);
         device.setConf(index, "/restored");
     }
