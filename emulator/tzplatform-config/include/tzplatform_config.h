@@ -22,7 +22,6 @@
 extern "C" {
 #endif
 
-
 /* The number of variables, and the name of one ("TZ_SYS_..."), NULL for an unknown index. */
 int tzplatform_getcount(void);
 const char* tzplatform_getname(enum tzplatform_variable id);

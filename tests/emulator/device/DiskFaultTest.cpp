@@ -135,8 +135,7 @@ const std::vector<Writer> kWriters = {
          std::string text = settingText(d, "db/orvo/kept");
          for (const char* key : {"memory/orvo/a", "memory/orvo/b"}) {
              const std::string value = settingText(d, key);
-             text +=
-                 value == "7" || value == "error " + std::to_string(ENOENT) ? "" : " torn " + value;
+             text += value == "7" || value == "error " + std::to_string(ENOENT) ? "" : " torn " + value;
          }
          return text;
      },

@@ -28,8 +28,7 @@ static pid_t startWriter(const std::string& dir, const std::vector<std::string>&
         const bool asString = (id + n) % 2 == 0;
         const std::string value(asString ? kMaxSettingValueLength : 9, static_cast<char>('1' + (id + n) % 9));
         for (const std::string& key : keys)
-            if (writeSetting(dir, key, {asString ? SettingType::String : SettingType::Int, value}) != 0)
-                ::_exit(1);
+            if (writeSetting(dir, key, {asString ? SettingType::String : SettingType::Int, value}) != 0) ::_exit(1);
     }
     ::_exit(0);
 }

@@ -146,8 +146,7 @@ TEST_F(Lifecycle, EveryToolRefusesADeviceDirectoryWithoutADevice) {
 TEST_F(Lifecycle, TheSubstituteLibrariesFailWithoutADeviceAndNeverMakeOne) {
     const std::string state = temporary.path() + "/state";
     const std::vector<std::pair<std::string, std::function<bool()>>> calls = {
-        {"vconf_set_int",
-         [] { return vconf_set_int("db/orvo/x", 1) != 0 && vconf_get_ext_errno() == VCONF_ERROR; }},
+        {"vconf_set_int", [] { return vconf_set_int("db/orvo/x", 1) != 0 && vconf_get_ext_errno() == VCONF_ERROR; }},
         {"vconf_get_int",
          [] {
              int value = 0;

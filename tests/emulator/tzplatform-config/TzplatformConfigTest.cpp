@@ -70,7 +70,8 @@ TEST(TzplatformConfig, EachCallGivesThePlatformsResult) {
          },
          "1"},
         {"equal text: the same pointer",
-         [] { return std::to_string(tzplatform_mkpath(id(40), "memory") == tzplatform_mkstr(id(40), "/memory")); }, "1"},
+         [] { return std::to_string(tzplatform_mkpath(id(40), "memory") == tzplatform_mkstr(id(40), "/memory")); },
+         "1"},
     };
     for (const auto& row : rows)
         EXPECT_EQ(row.expected, row.call()) << row.row;

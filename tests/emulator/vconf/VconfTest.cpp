@@ -15,27 +15,46 @@
 using Orvo::Emulator::Setting;
 using Orvo::Emulator::SettingType;
 
-#define CONSTANT(name, value) {#name, name, value}
+#define CONSTANT(name, value) \
+    { #name, name, value }
 
 TEST(Vconf, ConstantsHaveThePlatformsNumbers) {
     const struct {
         const char* name;
         int actual, expected;
-    } rows[] = {CONSTANT(VCONF_OK, 0), CONSTANT(VCONF_ERROR, -1), CONSTANT(VCONF_ERROR_WRONG_PREFIX, -2),
-                CONSTANT(VCONF_ERROR_WRONG_TYPE, -3), CONSTANT(VCONF_ERROR_WRONG_VALUE, -4),
-                CONSTANT(VCONF_ERROR_NOT_INITIALIZED, -5), CONSTANT(VCONF_ERROR_NO_MEM, -6),
-                CONSTANT(VCONF_ERROR_FILE_PERM, -11), CONSTANT(VCONF_ERROR_FILE_BUSY, -12),
-                CONSTANT(VCONF_ERROR_FILE_NO_MEM, -13), CONSTANT(VCONF_ERROR_FILE_NO_ENT, -14),
-                CONSTANT(VCONF_ERROR_FILE_OPEN, -21), CONSTANT(VCONF_ERROR_FILE_FREAD, -22),
-                CONSTANT(VCONF_ERROR_FILE_FGETS, -23), CONSTANT(VCONF_ERROR_FILE_WRITE, -24),
-                CONSTANT(VCONF_ERROR_FILE_SYNC, -25), CONSTANT(VCONF_ERROR_FILE_CLOSE, -26),
-                CONSTANT(VCONF_ERROR_FILE_ACCESS, -27), CONSTANT(VCONF_ERROR_FILE_CHMOD, -28),
-                CONSTANT(VCONF_ERROR_FILE_LOCK, -29), CONSTANT(VCONF_ERROR_FILE_REMOVE, -30),
-                CONSTANT(VCONF_ERROR_FILE_SEEK, -31), CONSTANT(VCONF_ERROR_FILE_TRUNCATE, -32),
-                CONSTANT(VCONF_ERROR_NOT_SUPPORTED, -33), CONSTANT(VCONF_TYPE_NONE, 0),
-                CONSTANT(VCONF_TYPE_STRING, 40), CONSTANT(VCONF_TYPE_INT, 41), CONSTANT(VCONF_TYPE_DOUBLE, 42),
-                CONSTANT(VCONF_TYPE_BOOL, 43), CONSTANT(VCONF_TYPE_DIR, 44), CONSTANT(VCONF_GET_KEY, 0),
-                CONSTANT(VCONF_GET_ALL, 1), CONSTANT(VCONF_GET_DIR, 2)};
+    } rows[] = {CONSTANT(VCONF_OK, 0),
+                CONSTANT(VCONF_ERROR, -1),
+                CONSTANT(VCONF_ERROR_WRONG_PREFIX, -2),
+                CONSTANT(VCONF_ERROR_WRONG_TYPE, -3),
+                CONSTANT(VCONF_ERROR_WRONG_VALUE, -4),
+                CONSTANT(VCONF_ERROR_NOT_INITIALIZED, -5),
+                CONSTANT(VCONF_ERROR_NO_MEM, -6),
+                CONSTANT(VCONF_ERROR_FILE_PERM, -11),
+                CONSTANT(VCONF_ERROR_FILE_BUSY, -12),
+                CONSTANT(VCONF_ERROR_FILE_NO_MEM, -13),
+                CONSTANT(VCONF_ERROR_FILE_NO_ENT, -14),
+                CONSTANT(VCONF_ERROR_FILE_OPEN, -21),
+                CONSTANT(VCONF_ERROR_FILE_FREAD, -22),
+                CONSTANT(VCONF_ERROR_FILE_FGETS, -23),
+                CONSTANT(VCONF_ERROR_FILE_WRITE, -24),
+                CONSTANT(VCONF_ERROR_FILE_SYNC, -25),
+                CONSTANT(VCONF_ERROR_FILE_CLOSE, -26),
+                CONSTANT(VCONF_ERROR_FILE_ACCESS, -27),
+                CONSTANT(VCONF_ERROR_FILE_CHMOD, -28),
+                CONSTANT(VCONF_ERROR_FILE_LOCK, -29),
+                CONSTANT(VCONF_ERROR_FILE_REMOVE, -30),
+                CONSTANT(VCONF_ERROR_FILE_SEEK, -31),
+                CONSTANT(VCONF_ERROR_FILE_TRUNCATE, -32),
+                CONSTANT(VCONF_ERROR_NOT_SUPPORTED, -33),
+                CONSTANT(VCONF_TYPE_NONE, 0),
+                CONSTANT(VCONF_TYPE_STRING, 40),
+                CONSTANT(VCONF_TYPE_INT, 41),
+                CONSTANT(VCONF_TYPE_DOUBLE, 42),
+                CONSTANT(VCONF_TYPE_BOOL, 43),
+                CONSTANT(VCONF_TYPE_DIR, 44),
+                CONSTANT(VCONF_GET_KEY, 0),
+                CONSTANT(VCONF_GET_ALL, 1),
+                CONSTANT(VCONF_GET_DIR, 2)};
     for (const auto& row : rows)
         EXPECT_EQ(row.expected, row.actual) << row.name;
 }
@@ -49,13 +68,13 @@ using Call = std::function<int(std::string& seen)>;
 class VconfCalls : public ::testing::Test {
 protected:
     VconfCalls() {
-        for (const auto& [key, setting] : std::vector<std::pair<std::string, Setting>>{
-                 {"db/t/int", {SettingType::Int, "5"}},
-                 {"db/t/bool", {SettingType::Bool, "1"}},
-                 {"file/t/dbl", {SettingType::Double, "1.5"}},
-                 {"memory/t/str", {SettingType::String, "text"}},
-                 {"other/t/int", {SettingType::Int, "6"}},
-                 {"db/t/" + std::string(4091, 'k'), {SettingType::Int, "8"}}})
+        for (const auto& [key, setting] :
+             std::vector<std::pair<std::string, Setting>>{{"db/t/int", {SettingType::Int, "5"}},
+                                                          {"db/t/bool", {SettingType::Bool, "1"}},
+                                                          {"file/t/dbl", {SettingType::Double, "1.5"}},
+                                                          {"memory/t/str", {SettingType::String, "text"}},
+                                                          {"other/t/int", {SettingType::Int, "6"}},
+                                                          {"db/t/" + std::string(4091, 'k'), {SettingType::Int, "8"}}})
             Orvo::Emulator::writeSetting(device.dir(), key, setting);
     }
 
@@ -116,32 +135,40 @@ TEST_F(VconfCalls, EachCaseGivesThePlatformsResultExtendedErrorAndReport) {
          "get value: key 'db/t/missing' errno 2\n"},
         {"get_str, key missing", getStr("memory/t/missing"), -1, -14, "NULL",
          "get value: key 'memory/t/missing' errno 2\n"},
-        {"get, wrong type", get(vconf_get_int, "db/t/bool"), -1, -1, "untouched", "get value: key 'db/t/bool' errno 95\n"},
-        {"get_dbl, wrong type", get(vconf_get_dbl, "db/t/int"), -1, -1, "untouched", "get value: key 'db/t/int' errno 95\n"},
+        {"get, wrong type", get(vconf_get_int, "db/t/bool"), -1, -1, "untouched",
+         "get value: key 'db/t/bool' errno 95\n"},
+        {"get_dbl, wrong type", get(vconf_get_dbl, "db/t/int"), -1, -1, "untouched",
+         "get value: key 'db/t/int' errno 95\n"},
         {"get_str, wrong type", getStr("db/t/int"), -1, -1, "NULL", "get value: key 'db/t/int' errno 95\n"},
         {"get, NULL key", get(vconf_get_int, nullptr), -1, -1, "untouched", ""},
         {"get_str, NULL key", getStr(nullptr), -1, -1, "NULL", ""},
-        {"get, NULL output", [](std::string& seen) { seen = "-"; return vconf_get_int("db/t/int", nullptr); }, -1, -1,
-         "-", ""},
+        {"get, NULL output",
+         [](std::string& seen) {
+             seen = "-";
+             return vconf_get_int("db/t/int", nullptr);
+         },
+         -1, -1, "-", ""},
         {"other prefix: a system key", get(vconf_get_int, "other/t/int"), 0, 0, "6", ""},
-        {"other prefix, missing", get(vconf_get_int, "settings/x"), -1, -14, "untouched", "get value: key 'settings/x' errno 2\n"},
-        {"key name with a blank", get(vconf_get_int, "db/t/a b"), -1, -1, "untouched", "get value: key 'db/t/a b' errno 22\n"},
+        {"other prefix, missing", get(vconf_get_int, "settings/x"), -1, -14, "untouched",
+         "get value: key 'settings/x' errno 2\n"},
+        {"key name with a blank", get(vconf_get_int, "db/t/a b"), -1, -1, "untouched",
+         "get value: key 'db/t/a b' errno 22\n"},
         {"key name with a byte over 0x7E", get(vconf_get_int, "db/t/\xC3\xA9"), -1, -1, "untouched",
          "get value: key 'db/t/\xC3\xA9' errno 22\n"},
         {"key name of 4096 bytes", get(vconf_get_int, longKey.c_str()), 0, 0, "8", ""},
         {"key name of 4097 bytes", get(vconf_get_int, tooLongKey.c_str()), -1, -1, "untouched",
          "get value: key '" + tooLongKey + "' errno 36\n"},
         {"set success", setAndRead("db/t/int", [] { return vconf_set_int("db/t/int", -9); }), 0, 0, "int -9", ""},
-        {"set, key missing: not created",
-         setAndRead("db/t/new", [] { return vconf_set_int("db/t/new", 1); }), -1, -14, "missing",
-         "set value: key 'db/t/new' errno 2\n"},
-        {"set, another type: replaced",
-         setAndRead("db/t/bool", [] { return vconf_set_dbl("db/t/bool", 0.25); }), 0, 0, "double 0.25", ""},
-        {"set_str, value NULL", setAndRead("memory/t/str", [] { return vconf_set_str("memory/t/str", nullptr); }),
-         -1, -1, "string text", ""},
+        {"set, key missing: not created", setAndRead("db/t/new", [] { return vconf_set_int("db/t/new", 1); }), -1, -14,
+         "missing", "set value: key 'db/t/new' errno 2\n"},
+        {"set, another type: replaced", setAndRead("db/t/bool", [] { return vconf_set_dbl("db/t/bool", 0.25); }), 0, 0,
+         "double 0.25", ""},
+        {"set_str, value NULL", setAndRead("memory/t/str", [] { return vconf_set_str("memory/t/str", nullptr); }), -1,
+         -1, "string text", ""},
         {"set, NULL key", setAndRead("db/t/int", [] { return vconf_set_int(nullptr, 1); }), -1, -1, "int -9", ""},
-        {"set_str of 4096 chars", setAndRead("memory/t/str", [&] { return vconf_set_str("memory/t/str", longText.c_str()); }),
-         0, 0, "string " + longText, ""},
+        {"set_str of 4096 chars",
+         setAndRead("memory/t/str", [&] { return vconf_set_str("memory/t/str", longText.c_str()); }), 0, 0,
+         "string " + longText, ""},
         {"set_str of 4097 chars",
          setAndRead("memory/t/str", [&] { return vconf_set_str("memory/t/str", (longText + "s").c_str()); }), -1, -1,
          "string " + longText, "set value: key 'memory/t/str' errno 90\n"},
@@ -215,8 +242,11 @@ TEST_F(VconfCalls, UnsetRemovesKeysForRootOnly) {
         {"unset", [] { return vconf_unset("db/t/int"); }, 0, {"db/t/int"}, {"db/t/bool"}},
         {"unset, key missing", [] { return vconf_unset("db/t/int"); }, -1, {}, {"db/t/bool"}},
         {"unset, NULL key", [] { return vconf_unset(nullptr); }, -1, {}, {"db/t/bool"}},
-        {"unset_recursive: every key with the prefix", [] { return vconf_unset_recursive("db/t/"); }, 0,
-         {"db/t/bool", "db/t/" + std::string(4091, 'k')}, {"file/t/dbl", "other/t/int"}},
+        {"unset_recursive: every key with the prefix",
+         [] { return vconf_unset_recursive("db/t/"); },
+         0,
+         {"db/t/bool", "db/t/" + std::string(4091, 'k')},
+         {"file/t/dbl", "other/t/int"}},
     };
     for (const auto& row : rows) {
         EXPECT_EQ(row.result, row.call()) << row.row;

@@ -217,7 +217,8 @@ TEST_F(ConsoleApi, ValidChangesAreWrittenAndTheMenuShowsThemAtOnce) {
     json answer =
         post("/api/device", R"({"kind":"system-info","key":128,"type":"string","value":"T-KTM2DEUC-1410.2"})");
     EXPECT_NE(answer["menu"]["description"].get<std::string>().find("Current version: 1410"), std::string::npos);
-    const std::pair<const char*, const char*> changes[] = { // the change, its line in device.conf
+    const std::pair<const char*, const char*> changes[] = {
+        // the change, its line in device.conf
         {R"({"kind":"system-info","key":77,"type":"int","value":"-3"})", "system-info.77 = int -3"},
         {R"({"kind":"system-info","key":740,"type":"bool","value":"true"})", "system-info.740 = bool true"},
         {R"({"kind":"system-info","key":12,"type":"double","value":"2.5"})", "system-info.12 = double 2.5"},
@@ -234,11 +235,14 @@ TEST_F(ConsoleApi, ValidChangesAreWrittenAndTheMenuShowsThemAtOnce) {
     EXPECT_NE(fileText(device.dir() + "/device.conf").find("# Platform directory roots."), std::string::npos)
         << "comments stay";
 
-    const std::tuple<const char*, const char*, const char*> settings[] = { // type, value, stored
-        {"int", "-42", "-42"}, {"bool", "true", "1"}, {"double", "0.1", "0.10000000000000001"},
-        {"string", "two\nlines", "two\nlines"}};
+    const std::tuple<const char*, const char*, const char*> settings[] = {// type, value, stored
+                                                                          {"int", "-42", "-42"},
+                                                                          {"bool", "true", "1"},
+                                                                          {"double", "0.1", "0.10000000000000001"},
+                                                                          {"string", "two\nlines", "two\nlines"}};
     for (const auto& [type, value, stored] : settings) {
-        post("/api/device", json{{"kind", "setting"}, {"key", "memory/console/x"}, {"type", type}, {"value", value}}.dump());
+        post("/api/device",
+             json{{"kind", "setting"}, {"key", "memory/console/x"}, {"type", type}, {"value", value}}.dump());
         Emulator::Setting setting;
         ASSERT_EQ(Emulator::readSetting(device.dir(), "memory/console/x", setting), 0);
         EXPECT_EQ(setting.value, stored) << type;
@@ -379,10 +383,16 @@ TEST_F(ConsoleApi, ConcurrentEditsLoseNothingAndTearNothing) {
             own.set_default_headers({{"X-Console-Token", server->token()}});
             for (int round = 0; round < kRounds; ++round) {
                 const std::pair<const char*, json> requests[] = {
-                    {"/api/device", {{"kind", "system-info"}, {"key", 5000 + w}, {"type", "int"},
-                                     {"value", std::to_string(w * 1000 + round)}}},
-                    {"/api/device", {{"kind", "setting"}, {"key", "db/console/shared"}, {"type", "string"},
-                                     {"value", std::string(3000, static_cast<char>('a' + w))}}},
+                    {"/api/device",
+                     {{"kind", "system-info"},
+                      {"key", 5000 + w},
+                      {"type", "int"},
+                      {"value", std::to_string(w * 1000 + round)}}},
+                    {"/api/device",
+                     {{"kind", "setting"},
+                      {"key", "db/console/shared"},
+                      {"type", "string"},
+                      {"value", std::string(3000, static_cast<char>('a' + w))}}},
                     {"/api/key", {{"key", "Enter"}}}};
                 for (const auto& [path, body] : requests) {
                     const httplib::Result result = own.Post(path, body.dump(), "application/json");

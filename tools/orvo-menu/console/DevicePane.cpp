@@ -17,9 +17,9 @@ namespace Orvo {
 namespace Tools {
 namespace Console {
 
-using Emulator::SystemInfoValue;
 using Apps::MenuProvider::kCommonVersionFile;
 using Apps::MenuProvider::kDevelopmentKeysMarker;
+using Emulator::SystemInfoValue;
 using nlohmann::json;
 
 namespace {
