@@ -72,19 +72,10 @@ struct Options {
 
 const char* layerOf(const std::string& key) { return key.compare(0, 7, "memory/") == 0 ? "memory" : "system"; }
 
-// The control program's names: the command suffix and the printed type.
+// The control program's names: the command suffix (the store's name, but int32 for an int) and
+// the printed type.
 const char* commandTypeName(SettingType type) {
-    switch (type) {
-    case SettingType::Int:
-        return "int32";
-    case SettingType::Bool:
-        return "bool";
-    case SettingType::Double:
-        return "double";
-    case SettingType::String:
-        return "string";
-    }
-    return "";
+    return type == SettingType::Int ? "int32" : Orvo::Emulator::settingTypeName(type);
 }
 
 const char* printedTypeName(SettingType type) {
