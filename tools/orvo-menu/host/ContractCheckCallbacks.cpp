@@ -15,7 +15,8 @@ namespace {
 
 constexpr const char* kDetailedPrefix = "SW Version: ";
 constexpr const char* kMissingSetting = "db/orvo-menu/check/absent";
-constexpr const char* kBadPrefixSetting = "orvo-menu/no-prefix";
+// A name the platform refuses (a blank is outside its printable range).
+constexpr const char* kInvalidSetting = "db/orvo-menu/check/with blank";
 // Identifiers a careless host might send: near misses and strangers.
 const char* const kForeignIds[] = {"menu/support/softwareupdate/", "menu/support/softwareupdatenow", "",
                                    "menu/support/picture"};
@@ -157,7 +158,7 @@ void CallbackChecks::intValues() const {
                       std::to_string(value.code) + (value.value ? ", value " + std::to_string(*value.value) : ""),
                       "0, value 0 or 1");
     }
-    for (const char* key : {kMissingSetting, kBadPrefixSetting}) {
+    for (const char* key : {kMissingSetting, kInvalidSetting}) {
         const IntCall value = provider.intValue(key);
         report.expect(call("getIntValue", key, "&value"), value.code == 1, std::to_string(value.code), "1");
     }
@@ -205,8 +206,8 @@ void CallbackChecks::settingWrites() const {
                   after.value ? std::to_string(*after.value) : "nothing", std::to_string(flipped));
     code = provider.setIntValue(key, *before.value);
     report.expect("setIntValue back to " + std::to_string(*before.value), code == 0, std::to_string(code), "0");
-    code = provider.setIntValue(kBadPrefixSetting, 1);
-    report.expect("setIntValue(" + quoted(kBadPrefixSetting) + ", 1)", code == 1, std::to_string(code), "1");
+    code = provider.setIntValue(kInvalidSetting, 1);
+    report.expect("setIntValue(" + quoted(kInvalidSetting) + ", 1)", code == 1, std::to_string(code), "1");
 }
 
 void CallbackChecks::valueStrings() const {
